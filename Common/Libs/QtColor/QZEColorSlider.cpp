@@ -1,0 +1,384 @@
+#include "QZEColorSlider.h"
+
+#include "zePlatform.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPalette>
+
+#include <cstring>
+
+namespace {
+
+constexpr float HueRealScale = 359.99f;   // getRealValue, the read-out
+constexpr float HueColorScale = 359.999f; // getColor; differs on purpose
+constexpr int HintLength = 62;
+
+QPen cosmeticPen(const QColor& color)
+{
+    QPen pen(color, 1.0);
+    pen.setCosmetic(true);
+    return pen;
+}
+
+// Outlines cover x1..x2 and y1..y2 inclusive. QPainter strokes a QRect one
+// pixel wider than the rectangle, hence the width x2 - x1.
+void drawOutline(QPainter& painter, int x1, int y1, int x2, int y2)
+{
+    painter.drawRect(QRect(x1, y1, x2 - x1, y2 - y1));
+}
+
+QColor paletteColor(QPalette::ColorRole role)
+{
+    return QGuiApplication::palette().color(role);
+}
+
+} // namespace
+
+QZEColorSlider::QZEColorSlider(QWidget* parent, const char* name)
+    : QZEColorSlider(Qt::Horizontal, parent, name)
+{
+}
+
+QZEColorSlider::QZEColorSlider(Qt::Orientation orientation, QWidget* parent, const char*)
+    : QWidget(parent), _orientation(orientation)
+{
+    setObjectName(QStringLiteral("QZEColorSlider"));
+    setAttribute(Qt::WA_OpaquePaintEvent); // paintEvent covers every pixel
+}
+
+void QZEColorSlider::init()
+{
+    _mode = Hue;
+    _minColor = QZEColor(0.0f, 0.0f, 0.0f);
+    _maxColor = QZEColor(0.0f, 0.0f, 1.0f);
+    _value = 0.5f;
+    _tracking = true;
+    _photometricParameters = false;
+    _useSpectrum = false;
+}
+
+QZEColor QZEColorSlider::getColor() const
+{
+    float L, a, b;
+    switch (_mode) {
+    case Hue:
+        return QZEColor(_value * HueColorScale, 1.0f, 1.0f);
+    case Lstar:
+    case Astar:
+    case Bstar: {
+        _minColor.HSVtoLAB(_minColor.h, _minColor.s, _minColor.v, L, a, b);
+        if (_mode == Lstar)
+            L = _value * 100.0f;
+        else if (_mode == Astar)
+            a = (_value - 0.5f) * QZEColor::s_LabRange;
+        else
+            b = (_value - 0.5f) * QZEColor::s_LabRange;
+        QZEColor color;
+        color.LABtoHSV(L, a, b, color.h, color.s, color.v);
+        return color;
+    }
+    default: {
+        float r0, g0, b0, r1, g1, b1;
+        _minColor.getRGB(r0, g0, b0);
+        _maxColor.getRGB(r1, g1, b1);
+        const float t = _value;
+        return QZEColor::fromRGB((1.0f - t) * r0 + t * r1, (1.0f - t) * g0 + t * g1,
+                                 (1.0f - t) * b0 + t * b1);
+    }
+    }
+}
+
+float QZEColorSlider::getRealValue() const
+{
+    switch (_mode) {
+    case Hue:
+        return _value * HueRealScale;
+    case Lstar:
+        return _value * 100.0f;
+    case Astar:
+    case Bstar:
+        return (_value - 0.5f) * QZEColor::s_LabRange;
+    default:
+        return _value;
+    }
+}
+
+QString QZEColorSlider::getValueAsString() const
+{
+    return QString::number(getRealValue(), 'f', 3);
+}
+
+float QZEColorSlider::mapToFloat(int x, int) const
+{
+    // Written without the division so a zero width cannot divide by zero; the
+    // result is what the clamped x / width() gives (NaN and -inf count as 0).
+    const int w = width();
+    if (x <= 0)
+        return 0.0f;
+    if (x >= w)
+        return 1.0f;
+    return float(x) / float(w);
+}
+
+void QZEColorSlider::setPhotometricParameters(bool on)
+{
+    _photometricParameters = on;
+    updateDisabledState();
+}
+
+void QZEColorSlider::setUseSpectrum(bool on)
+{
+    _useSpectrum = on;
+    updateDisabledState();
+}
+
+void QZEColorSlider::updateDisabledState()
+{
+    blockSignals(true);
+    setDisabled(_photometricParameters || _useSpectrum);
+    blockSignals(false);
+}
+
+QSize QZEColorSlider::sizeHint() const
+{
+    if (_orientation == Qt::Horizontal)
+        return QSize(HintLength, zePlatform::getSmallIconSizeY());
+    return QSize(zePlatform::getSmallIconSizeX(), HintLength);
+}
+
+// --- Slots -------------------------------------------------------------------
+
+void QZEColorSlider::setMinColor(QZEColor color)
+{
+    if (color == _minColor)
+        return;
+    _minColor = color;
+    emit minColorChanged(color);
+    repaint();
+}
+
+void QZEColorSlider::setMaxColor(QZEColor color)
+{
+    if (color == _maxColor)
+        return;
+    _maxColor = color;
+    emit maxColorChanged(color);
+    repaint();
+}
+
+void QZEColorSlider::setMinColor(float red, float green, float blue)
+{
+    _minColor = QZEColor::fromRGB(red, green, blue);
+}
+
+void QZEColorSlider::setMaxColor(float red, float green, float blue)
+{
+    _maxColor = QZEColor::fromRGB(red, green, blue);
+}
+
+void QZEColorSlider::setValue(float value, bool emitSignals, bool force)
+{
+    if (value == _value && !force)
+        return;
+    _value = value;
+    if (emitSignals) {
+        emit valueChanged(_value);
+        emit colorChanged(getColor());
+        emit valueChanged(getValueAsString());
+    }
+    repaint();
+}
+
+void QZEColorSlider::setModeIfOn(bool on, Mode mode)
+{
+    if (!on || _mode == mode)
+        return;
+    _mode = mode;
+    update();
+}
+
+void QZEColorSlider::setPrimaryMode(bool on, Mode mode, float hue)
+{
+    if (!on || _mode == mode)
+        return;
+    _minColor = QZEColor(0.0f, 0.0f, 0.0f);
+    _maxColor = QZEColor(hue, 1.0f, 1.0f);
+    setModeIfOn(on, mode);
+}
+
+void QZEColorSlider::setHueMode(bool on) { setModeIfOn(on, Hue); }
+void QZEColorSlider::setSaturationMode(bool on) { setModeIfOn(on, Saturation); }
+void QZEColorSlider::setValueMode(bool on) { setModeIfOn(on, Value); }
+void QZEColorSlider::setLstarMode(bool on) { setModeIfOn(on, Lstar); }
+void QZEColorSlider::setAstarMode(bool on) { setModeIfOn(on, Astar); }
+void QZEColorSlider::setBstarMode(bool on) { setModeIfOn(on, Bstar); }
+void QZEColorSlider::setRedMode(bool on) { setPrimaryMode(on, Red, 0.0f); }
+void QZEColorSlider::setGreenMode(bool on) { setPrimaryMode(on, Green, 120.0f); }
+void QZEColorSlider::setBlueMode(bool on) { setPrimaryMode(on, Blue, 240.0f); }
+
+// --- Mouse -------------------------------------------------------------------
+
+float QZEColorSlider::mapEventToValue(const QMouseEvent* event) const
+{
+    return mapToFloat(qRound(event->localPos().x()), 0);
+}
+
+void QZEColorSlider::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    emit sliderPressed();
+    setValue(mapEventToValue(event), _tracking, false);
+}
+
+void QZEColorSlider::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() != Qt::LeftButton)
+        return;
+    setValue(mapEventToValue(event), _tracking, false);
+    emit sliderMoved(_value);
+}
+
+void QZEColorSlider::mouseReleaseEvent(QMouseEvent*)
+{
+    if (!_tracking)
+        setValue(_value, true, true);
+    emit sliderReleased();
+}
+
+// --- Painting ----------------------------------------------------------------
+
+void QZEColorSlider::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    repaintSlider(painter);
+    drawHandle(painter);
+}
+
+void QZEColorSlider::repaintSlider(QPainter& painter)
+{
+    const QPalette palette = QGuiApplication::palette();
+    painter.setPen(cosmeticPen(palette.color(QPalette::Button)));
+    painter.setBrush(palette.brush(QPalette::Button));
+    drawOutline(painter, 0, 0, width() - 1, height() - 1);
+    painter.setBrush(Qt::NoBrush);
+
+    const bool enabled = isEnabled();
+    drawColumns(painter, enabled);
+    drawBevel(painter);
+    if (!enabled)
+        drawDisabledText(painter);
+}
+
+// The strip is one vertical line per column x = 1 .. W-3 from y = 2 to
+// y = H-2, both ends included. All lines of a column share one colour, so the
+// columns are computed once into a row and the row is copied down: the pixels
+// are those of the lines, for one blit instead of a pen change per column.
+void QZEColorSlider::drawColumns(QPainter& painter, bool enabled)
+{
+    const int n = width() - 2;
+    if (n < 2)
+        return;
+    const int top = qMin(2, height() - 2);
+    const int bottom = qMax(2, height() - 2);
+    const QSize size(n - 1, bottom - top + 1);
+    if (_strip.size() != size)
+        _strip = QImage(size, QImage::Format_RGB32);
+
+    QRgb* row = reinterpret_cast<QRgb*>(_strip.scanLine(0));
+    float L = 0.0f, a = 0.0f, b = 0.0f;
+    if (_mode == Lstar || _mode == Astar || _mode == Bstar)
+        _maxColor.HSVtoLAB(_maxColor.h, _maxColor.s, _maxColor.v, L, a, b);
+    for (int x = 1; x <= n - 1; ++x) {
+        if (enabled) {
+            const float t = float(x - 1) / float(n);
+            row[x - 1] = columnColor(t, L, a, b);
+        } else {
+            const float grey = 0.1f + 0.4f * float(x - 1) / float(n);
+            row[x - 1] = QZEColor(0.0f, 0.0f, grey).getQColor().rgb();
+        }
+    }
+    const size_t rowBytes = size_t(size.width()) * sizeof(QRgb);
+    for (int y = 1; y < size.height(); ++y)
+        std::memcpy(_strip.scanLine(y), row, rowBytes);
+    painter.drawImage(QPoint(1, top), _strip);
+}
+
+QRgb QZEColorSlider::columnColor(float t, float L, float a, float b) const
+{
+    QZEColor color;
+    switch (_mode) {
+    case Hue:
+        return QZEColor(t * 360.0f, 1.0f, 1.0f).getQColor().rgb();
+    case Saturation:
+        return QZEColor(_maxColor.h, t, _maxColor.v).getGammaQColor().rgb();
+    case Value:
+        return QZEColor(_maxColor.h, _maxColor.s, t).getQColor().rgb();
+    case Red:
+        return QZEColor::fromRGB(t, 0.0f, 0.0f).getQColor().rgb();
+    case Green:
+        return QZEColor::fromRGB(0.0f, t, 0.0f).getQColor().rgb();
+    case Blue:
+        return QZEColor::fromRGB(0.0f, 0.0f, t).getQColor().rgb();
+    case Lstar:
+        color.LABtoHSV(t * 100.0f, a, b, color.h, color.s, color.v);
+        break;
+    case Astar:
+        color.LABtoHSV(L, (t - 0.5f) * QZEColor::s_LabRange, b, color.h, color.s, color.v);
+        break;
+    case Bstar:
+        color.LABtoHSV(L, a, (t - 0.5f) * QZEColor::s_LabRange, color.h, color.s, color.v);
+        break;
+    }
+    return color.getQColor().rgb();
+}
+
+void QZEColorSlider::drawBevel(QPainter& painter) const
+{
+    const int w = width();
+    const int h = height();
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Light)));
+    drawOutline(painter, 1, 1, w - 3, h - 3);
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Midlight)));
+    drawOutline(painter, 2, 2, w - 2, h - 2);
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Shadow)));
+    drawOutline(painter, 1, 1, w - 2, h - 2);
+}
+
+void QZEColorSlider::drawDisabledText(QPainter& painter)
+{
+    QString text;
+    if (_photometricParameters)
+        text = tr("Disabled, using photometric mode.");
+    else if (_useSpectrum)
+        text = tr("Disabled, using spectral data.");
+    if (text.isEmpty())
+        return;
+    painter.setPen(cosmeticPen(QColor(192, 192, 192)));
+    painter.drawText(QPointF(5.0, height() - 4), text);
+}
+
+int QZEColorSlider::handleCentre() const
+{
+    // setValue() takes any float; keep the cast defined for NaN and huge values.
+    const double centre = double(float(width() - 5) * _value) + 2.0;
+    if (!(centre > -1.0e6))
+        return centre < 0.0 ? -1000000 : 2;
+    return centre < 1.0e6 ? int(centre) : 1000000;
+}
+
+void QZEColorSlider::drawHandle(QPainter& painter) const
+{
+    const int w = width();
+    const int h = height();
+    const int c = handleCentre();
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Midlight)));
+    drawOutline(painter, c - 2, 0, c + 1, h - 2);
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Highlight)));
+    drawOutline(painter, c - 1, 1, c + 2, h - 1);
+    painter.setPen(cosmeticPen(paletteColor(QPalette::Shadow)));
+    drawOutline(painter, c - 2, 0, c + 2, h - 1);
+}
