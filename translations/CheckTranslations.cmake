@@ -1,0 +1,18 @@
+# cmake -P script: refresh a copy of each .ts file with lupdate and require the
+# copy to equal the committed file, i.e. nothing new to translate.
+file(REMOVE_RECURSE ${WORK_DIR})
+file(MAKE_DIRECTORY ${WORK_DIR})
+foreach(ts IN LISTS TS_FILES)
+  get_filename_component(name ${ts} NAME)
+  set(copy ${WORK_DIR}/${name})
+  file(COPY_FILE ${ts} ${copy})
+  execute_process(COMMAND ${LUPDATE} ${OPTIONS} ${SOURCES} -ts ${copy} RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "lupdate failed on ${name}")
+  endif()
+  file(READ ${ts} committed)
+  file(READ ${copy} refreshed)
+  if(NOT committed STREQUAL refreshed)
+    message(FATAL_ERROR "${name} is out of date: build the update_translations target and translate the new texts")
+  endif()
+endforeach()
