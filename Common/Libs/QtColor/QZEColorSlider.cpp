@@ -371,7 +371,6 @@ int QZEColorSlider::handleCentre() const
 
 void QZEColorSlider::drawHandle(QPainter& painter) const
 {
-    const int w = width();
     const int h = height();
     const int c = handleCentre();
     painter.setBrush(Qt::NoBrush);

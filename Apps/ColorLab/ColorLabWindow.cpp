@@ -1,0 +1,34 @@
+#include "ColorLabWindow.h"
+
+#include "SlidersPage.h"
+
+#include <QTabWidget>
+
+ColorLabWindow::ColorLabWindow(QWidget* parent)
+    : QMainWindow(parent), _pages(new QTabWidget(this))
+{
+    setWindowTitle(tr("ColorLab"));
+    setCentralWidget(_pages);
+    addPage(new SlidersPage, QStringLiteral("sliders"), tr("Sliders"));
+}
+
+int ColorLabWindow::pageCount() const
+{
+    return _pages->count();
+}
+
+QWidget* ColorLabWindow::page(int index) const
+{
+    return _pages->widget(index);
+}
+
+void ColorLabWindow::showPage(int index)
+{
+    _pages->setCurrentIndex(index);
+}
+
+void ColorLabWindow::addPage(QWidget* page, const QString& name, const QString& title)
+{
+    page->setObjectName(name);
+    _pages->addTab(page, title);
+}
