@@ -1,0 +1,718 @@
+#include "QZESpectrum.h"
+
+#include "QZENumberScanner.h"
+#include "QZESpectralData.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <iostream>
+#include <string_view>
+
+namespace {
+
+constexpr float ResetValue = 1.0f;
+constexpr int ResetStart = 380;
+constexpr int ResetDelta = 5;
+constexpr int ResetNum = 81;
+
+// Only a real version word is short; anything longer is cut in the message.
+constexpr size_t MaxPrintedWord = 64;
+
+// start + i * delta without int overflow for any grid a file or caller names.
+float gridWavelength(int start, int delta, int i)
+{
+    return float(std::int64_t(start) + std::int64_t(i) * delta);
+}
+
+// Truncation toward zero, saturated where a float leaves the int range.
+int truncateToInt(float x)
+{
+    if (std::isnan(x))
+        return 0;
+    if (x <= -2147483648.0f)
+        return INT32_MIN;
+    return x < 2147483648.0f ? int(x) : INT32_MAX;
+}
+
+bool containsUpper(const QString& name, const char* suffix)
+{
+    return name.toUpper().contains(QLatin1String(suffix));
+}
+
+} // namespace
+
+QZESpectrum::QZESpectrum(const Options& options)
+    : _useSpectrum(std::get<0>(options)),
+      _filename(std::get<1>(options)),
+      _versionID(std::get<2>(options)),
+      _startWavelength(std::get<3>(options)),
+      _deltaWavelength(std::get<4>(options)),
+      _numSamples(std::get<5>(options)),
+      _wavelengths(std::get<6>(options)),
+      _sourceValues(std::get<7>(options)),
+      _samples(std::get<8>(options))
+{
+}
+
+QZESpectrum::QZESpectrum(bool useSpectrum, const std::string& filename, int versionID,
+                         int start, int delta, int numSamples,
+                         const std::vector<float>& wavelengths,
+                         const std::vector<float>& sourceValues,
+                         const std::vector<float>& samples)
+    : QZESpectrum(Options(useSpectrum, filename, versionID, start, delta, numSamples,
+                          wavelengths, sourceValues, samples))
+{
+}
+
+QZESpectrum::Options QZESpectrum::getOptions() const
+{
+    return Options(_useSpectrum, _filename, _versionID, _startWavelength, _deltaWavelength,
+                   _numSamples, _wavelengths, _sourceValues, _samples);
+}
+
+bool QZESpectrum::copy(const QZESpectrum& other)
+{
+    if (&other != this)
+        *this = other;
+    return true;
+}
+
+// --- Reset rule ----------------------------------------------------------------
+
+void QZESpectrum::resetToOne()
+{
+    fillUniform(ResetValue, ResetStart, ResetDelta, ResetNum);
+    _useSpectrum = true;
+    _versionID = 1;
+    _filename.clear();
+    _startWavelength = ResetStart;
+    _deltaWavelength = ResetDelta;
+    _numSamples = ResetNum;
+}
+
+void QZESpectrum::setUseSpectrum(bool on)
+{
+    if (_useSpectrum && int(_samples.size()) >= NumBands && _versionID == 0)
+        resetToOne();
+    _useSpectrum = on;
+}
+
+void QZESpectrum::setNumSamples(int num)
+{
+    if (_useSpectrum && int(_samples.size()) >= NumBands && _numSamples == 0) {
+        _versionID = 0;
+        resetToOne();
+        _useSpectrum = false;
+    }
+    _numSamples = num;
+}
+
+// --- Building the source ---------------------------------------------------
+
+void QZESpectrum::fillUniform(float value, int start, int delta, int num)
+{
+    _wavelengths.clear();
+    _sourceValues.clear();
+    for (int i = 0; i < num; ++i) {
+        _wavelengths.push_back(gridWavelength(start, delta, i));
+        _sourceValues.push_back(value);
+    }
+}
+
+void QZESpectrum::set(float value, int start, int delta, int num)
+{
+    fillUniform(value, start, delta, num);
+    setUseSpectrum(true);
+    _versionID = 1;
+    _filename.clear();
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    setNumSamples(num);
+}
+
+void QZESpectrum::setOne()
+{
+    set(ResetValue, ResetStart, ResetDelta, ResetNum);
+}
+
+bool QZESpectrum::load(int start, int delta, int num, const float* values)
+{
+    _wavelengths.clear();
+    _sourceValues.clear();
+    for (int i = 0; i < num; ++i) {
+        _wavelengths.push_back(gridWavelength(start, delta, i));
+        _sourceValues.push_back(values[i]);
+    }
+    resample();
+    setUseSpectrum(true);
+    _versionID = 1;
+    _filename.clear();
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    _numSamples = num;
+    return true;
+}
+
+bool QZESpectrum::load(int num, const float* wavelengths, const float* values)
+{
+    _wavelengths.clear();
+    _sourceValues.clear();
+    for (int i = 0; i < num; ++i) {
+        _wavelengths.push_back(wavelengths[i]);
+        _sourceValues.push_back(values[i]);
+        if (i >= 1 && wavelengths[i - 1] > wavelengths[i]) {
+            std::cout << "_wavelengths)[i]: " << wavelengths[i] << '\n'
+                      << "_wavelengths)[i-1]: " << wavelengths[i - 1] << '\n';
+            return false;
+        }
+    }
+    resample();
+    setUseSpectrum(true);
+    _versionID = 2;
+    _filename.clear();
+    _startWavelength = 0;
+    _deltaWavelength = 0;
+    _numSamples = num;
+    return true;
+}
+
+// --- Resampling --------------------------------------------------------------
+
+size_t QZESpectrum::sourceCount() const
+{
+    return std::min(_wavelengths.size(), _sourceValues.size());
+}
+
+void QZESpectrum::resample()
+{
+    if (_wavelengths.empty() || _sourceValues.empty())
+        return;
+    _samples.clear();
+    for (int k = 0; k < NumBands; ++k) {
+        const float lo = float(FirstBandWavelength + BandWidth * k);
+        _samples.push_back(bandAverage(lo, lo + float(BandWidth)));
+    }
+}
+
+// Average of the piecewise linear source over [lo, hi); beyond the source's
+// ends the end values continue as constants.
+float QZESpectrum::bandAverage(float lo, float hi) const
+{
+    const std::vector<float>& w = _wavelengths;
+    const std::vector<float>& s = _sourceValues;
+    const size_t n = sourceCount();
+    if (n == 1 || w[0] >= hi)
+        return s[0];
+    if (lo >= w[n - 1])
+        return s[n - 1];
+
+    double integral = w[0] > lo ? double(w[0] - lo) * s[0] : 0.0;
+    size_t j = 0;
+    while (j + 1 < n && w[j + 1] < lo)
+        ++j;
+    for (; j + 1 < n && w[j] <= hi; ++j) {
+        const float width = w[j + 1] - w[j];
+        if (width <= 0.0f)
+            continue; // a repeated wavelength is a step, not an interval
+        const float a = std::max(w[j], lo);
+        const float b = std::min(w[j + 1], hi);
+        const float ta = (a - w[j]) / width;
+        const float tb = (b - w[j]) / width;
+        const float va = ta * s[j + 1] + (1.0f - ta) * s[j];
+        const float vb = tb * s[j + 1] + (1.0f - tb) * s[j];
+        integral += double(b - a) * (double(va) + double(vb)) * 0.5;
+    }
+    if (hi > w[n - 1])
+        integral += double(hi - w[n - 1]) * s[n - 1];
+    return float(integral / double(hi - lo));
+}
+
+// The source interpolated at x, held constant beyond its ends.
+float QZESpectrum::interpolateSource(float x) const
+{
+    const std::vector<float>& w = _wavelengths;
+    const std::vector<float>& s = _sourceValues;
+    const size_t n = sourceCount();
+    if (n == 1 || w[0] >= x)
+        return s[0];
+    if (x >= w[n - 1])
+        return s[n - 1];
+    // First segment m whose end w[m + 1] reaches x.
+    const size_t end = size_t(std::lower_bound(w.begin() + 1, w.begin() + long(n), x) - w.begin());
+    const size_t m = end - 1;
+    if (w[end] == x)
+        return s[end];
+    const float t = (x - w[m]) / (w[m + 1] - w[m]);
+    return t * s[m + 1] + (1.0f - t) * s[m];
+}
+
+void QZESpectrum::resampleSource(int start, int delta, int num)
+{
+    if (_wavelengths.empty() || _sourceValues.empty())
+        return;
+    std::vector<float> wavelengths;
+    std::vector<float> values;
+    for (int g = 0; g < num; ++g) {
+        const float x = gridWavelength(start, delta, g);
+        wavelengths.push_back(x);
+        values.push_back(interpolateSource(x));
+    }
+    _wavelengths.swap(wavelengths);
+    _sourceValues.swap(values);
+    _versionID = 1;
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    setNumSamples(num);
+}
+
+// --- Arithmetic --------------------------------------------------------------
+
+void QZESpectrum::scale(float factor)
+{
+    if (!isActive() || _numSamples == 0)
+        return;
+    const size_t count = std::min(size_t(std::max(_numSamples, 0)), _sourceValues.size());
+    for (size_t i = 0; i < count; ++i)
+        _sourceValues[i] *= factor;
+}
+
+float QZESpectrum::getSum() const
+{
+    if (!isActive())
+        return 0.0f;
+    float sum = 0.0f;
+    for (int k = 0; k < NumBands; ++k)
+        sum += _samples[size_t(k)];
+    return sum;
+}
+
+float QZESpectrum::getMaxValue() const
+{
+    if (!isActive() || _sourceValues.empty())
+        return 0.0f;
+    const size_t count = std::min(size_t(std::max(_numSamples, 1)), _sourceValues.size());
+    return *std::max_element(_sourceValues.begin(), _sourceValues.begin() + long(count));
+}
+
+float QZESpectrum::sumOfSquaredBands() const
+{
+    float sum = 0.0f;
+    for (int k = 0; k < NumBands; ++k)
+        sum += _samples[size_t(k)] * _samples[size_t(k)];
+    return sum;
+}
+
+float QZESpectrum::getPhotometricValue() const
+{
+    QZESpectralData::getInstance();
+    return isActive() ? sumOfSquaredBands() : 0.0f;
+}
+
+void QZESpectrum::setPhotometricValue(float value)
+{
+    float p = getPhotometricValue();
+    if (!(isActive() && p > 0.0f)) {
+        set(ResetValue, ResetStart, ResetDelta, ResetNum);
+        if (!_useSpectrum)
+            return;
+        p = getPhotometricValue();
+    }
+    scale(value / p);
+}
+
+void QZESpectrum::add(QZESpectrum& other)
+{
+    if (other.sourceCount() == 0)
+        return;
+    matchTxtSeam(other);
+    if (sourceCount() == 0) {
+        mergeDisjoint(other);
+        return;
+    }
+    const float thisFirst = _wavelengths.front();
+    const float thisLast = _wavelengths[sourceCount() - 1];
+    const float otherFirst = other._wavelengths.front();
+    const float otherLast = other._wavelengths[other.sourceCount() - 1];
+    if (thisFirst < otherLast && otherFirst < thisLast)
+        addAligned(other);
+    else
+        mergeDisjoint(other);
+}
+
+// Text files often split one measurement at a seam wavelength: the brighter
+// side is lowered so that both meet at the same value.
+void QZESpectrum::matchTxtSeam(QZESpectrum& other)
+{
+    if (!containsUpper(getFilename(), ".TXT") || !containsUpper(other.getFilename(), ".TXT"))
+        return;
+    if (sourceCount() == 0)
+        return;
+    const size_t thisLast = sourceCount() - 1;
+    const size_t otherLast = other.sourceCount() - 1;
+    float ratio = 1.0f;
+    if (_wavelengths[thisLast] == other._wavelengths.front())
+        ratio = _sourceValues[thisLast] / other._sourceValues.front();
+    if (_wavelengths.front() == other._wavelengths[otherLast])
+        ratio = _sourceValues.front() / other._sourceValues[otherLast];
+    if (ratio > 1.0f)
+        scale(1.0f / ratio);
+    else if (ratio < 1.0f)
+        other.scale(ratio);
+}
+
+void QZESpectrum::addAligned(QZESpectrum& other)
+{
+    const float thisFirst = _wavelengths.front();
+    const float thisLast = _wavelengths[sourceCount() - 1];
+    const float otherFirst = other._wavelengths.front();
+    const float otherLast = other._wavelengths[other.sourceCount() - 1];
+    const bool sameGrid = _startWavelength == other._startWavelength
+                          && _deltaWavelength == other._deltaWavelength
+                          && _numSamples == other._numSamples;
+    if (!sameGrid) {
+        if (otherLast >= thisLast && thisFirst >= otherFirst) {
+            resampleSource(other._startWavelength, other._deltaWavelength, other._numSamples);
+        } else if (thisLast >= otherLast && otherFirst >= thisFirst) {
+            other.resampleSource(_startWavelength, _deltaWavelength, _numSamples);
+        } else {
+            resampleSource(ResetStart, ResetDelta, ResetNum);
+            other.resampleSource(ResetStart, ResetDelta, ResetNum);
+        }
+    }
+    const size_t count = std::min({other._sourceValues.size(), size_t(std::max(_numSamples, 0)),
+                                   _sourceValues.size()});
+    for (size_t i = 0; i < count; ++i)
+        _sourceValues[i] += other._sourceValues[i];
+}
+
+void QZESpectrum::mergeDisjoint(const QZESpectrum& other)
+{
+    const size_t n1 = sourceCount();
+    const size_t n2 = other.sourceCount();
+    std::vector<float> wavelengths;
+    std::vector<float> values;
+    wavelengths.reserve(n1 + n2);
+    values.reserve(n1 + n2);
+    size_t i = 0;
+    size_t j = 0;
+    while (i < n1 || j < n2) {
+        if (j >= n2 || (i < n1 && _wavelengths[i] < other._wavelengths[j])) {
+            wavelengths.push_back(_wavelengths[i]);
+            values.push_back(_sourceValues[i++]);
+        } else if (i >= n1 || other._wavelengths[j] < _wavelengths[i]) {
+            wavelengths.push_back(other._wavelengths[j]);
+            values.push_back(other._sourceValues[j++]);
+        } else {
+            const bool seam = (i == 0 && j + 1 == n2) || (j == 0 && i + 1 == n1);
+            wavelengths.push_back(_wavelengths[i]);
+            values.push_back(seam ? _sourceValues[i] : _sourceValues[i] + other._sourceValues[j]);
+            ++i;
+            ++j;
+        }
+    }
+    _wavelengths.swap(wavelengths);
+    _sourceValues.swap(values);
+    _versionID = 2;
+    _startWavelength = truncateToInt(_wavelengths.front());
+    _deltaWavelength = 0;
+    setNumSamples(int(_wavelengths.size()));
+}
+
+// --- Colour ------------------------------------------------------------------
+
+QZESpectrum::RGB QZESpectrum::getRGB() const
+{
+    const QZESpectralData* data = QZESpectralData::getInstance();
+    if (!isActive())
+        return RGB();
+    const std::vector<float>& xBar = data->getXBar().getSamples();
+    const std::vector<float>& yBar = data->getYBar().getSamples();
+    const std::vector<float>& zBar = data->getZBar().getSamples();
+    float X = 0.0f, Y = 0.0f, Z = 0.0f;
+    for (size_t i = 0; i < size_t(NumBands); ++i) {
+        X += _samples[i] * xBar[i];
+        Y += _samples[i] * yBar[i];
+        Z += _samples[i] * zBar[i];
+    }
+    // XYZ to linear RGB for sRGB primaries with an equal-energy white.
+    RGB rgb;
+    rgb.r = 3.1462510f * X - 1.6661239f * Y - 0.4801272f * Z;
+    rgb.g = -0.9955351f * X + 1.9557633f * Y + 0.0397715f * Z;
+    rgb.b = 0.0635979f * X - 0.2145965f * Y + 1.1509988f * Z;
+    return rgb;
+}
+
+void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int num)
+{
+    QZESpectralData* data = QZESpectralData::getInstance();
+    if (!data->hasReflSampling(start, delta, num))
+        data->resampleReflSpec(start, delta, num);
+    const auto basis = [data](QZESpectralData::Basis which, size_t i) {
+        return data->getReflectanceBasis(which).getSourceValues()[i];
+    };
+    _wavelengths.clear();
+    _sourceValues.clear();
+    for (int k = 0; k < num; ++k) {
+        const size_t i = size_t(k);
+        float value;
+        if (r <= g && r <= b) {
+            value = r * basis(QZESpectralData::White, i);
+            if (b >= g)
+                value += (g - r) * basis(QZESpectralData::Cyan, i) + (b - g) * basis(QZESpectralData::Blue, i);
+            else
+                value += (b - r) * basis(QZESpectralData::Cyan, i) + (g - b) * basis(QZESpectralData::Green, i);
+        } else if (g <= r && g <= b) {
+            value = g * basis(QZESpectralData::White, i);
+            if (b >= r)
+                value += (r - g) * basis(QZESpectralData::Magenta, i) + (b - r) * basis(QZESpectralData::Blue, i);
+            else
+                value += (b - g) * basis(QZESpectralData::Magenta, i) + (r - b) * basis(QZESpectralData::Red, i);
+        } else {
+            value = b * basis(QZESpectralData::White, i);
+            if (g >= r)
+                value += (r - b) * basis(QZESpectralData::Yellow, i) + (g - r) * basis(QZESpectralData::Green, i);
+            else
+                value += (g - b) * basis(QZESpectralData::Yellow, i) + (r - g) * basis(QZESpectralData::Red, i);
+        }
+        value *= 0.94f;
+        value = value <= 0.0f ? 0.0f : (value >= 1.0f ? 1.0f : value);
+        _wavelengths.push_back(gridWavelength(start, delta, k));
+        _sourceValues.push_back(value);
+    }
+    resample();
+    setUseSpectrum(true);
+    _filename.clear();
+    _versionID = 1;
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    _numSamples = num;
+}
+
+// --- Files -------------------------------------------------------------------
+
+bool QZESpectrum::load(const QString& name)
+{
+    if (containsUpper(name, ".SPECTRAL"))
+        return loadNative(name);
+    if (containsUpper(name, ".TXT"))
+        return loadTxt(name);
+    return false;
+}
+
+bool QZESpectrum::loadNative(const QString& name)
+{
+    return loadFile(name, "Spectrum::loadNative", &QZESpectrum::parseNative);
+}
+
+bool QZESpectrum::loadTxt(const QString& name)
+{
+    return loadFile(name, "Spectrum::loadTxt", &QZESpectrum::parseTxt);
+}
+
+bool QZESpectrum::loadNativeData(const QByteArray& data, const QString& name)
+{
+    return loadBytes(data, name, "Spectrum::loadNative", &QZESpectrum::parseNative);
+}
+
+bool QZESpectrum::loadTxtData(const QByteArray& data, const QString& name)
+{
+    return loadBytes(data, name, "Spectrum::loadTxt", &QZESpectrum::parseTxt);
+}
+
+bool QZESpectrum::loadFile(const QString& name, const char* banner, Parser parser)
+{
+    std::cout << banner << '\n';
+    setUseSpectrum(false);
+    if (name.isEmpty())
+        return false;
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    try {
+        // Mapping keeps even a huge file out of the heap; devices that cannot
+        // be mapped are read whole.
+        const qint64 size = file.size();
+        if (const uchar* mapped = size > 0 ? file.map(0, size) : nullptr)
+            return (this->*parser)(reinterpret_cast<const char*>(mapped), size_t(size), name);
+        const QByteArray bytes = file.readAll();
+        return (this->*parser)(bytes.constData(), size_t(bytes.size()), name);
+    } catch (const std::exception&) {
+        std::cout << "Error reading Spectrum File: " << name.toStdString() << '\n';
+        return false;
+    }
+}
+
+bool QZESpectrum::loadBytes(const QByteArray& data, const QString& name, const char* banner,
+                            Parser parser)
+{
+    std::cout << banner << '\n';
+    setUseSpectrum(false);
+    try {
+        return (this->*parser)(data.constData(), size_t(data.size()), name);
+    } catch (const std::exception&) {
+        std::cout << "Error reading Spectrum File: " << name.toStdString() << '\n';
+        return false;
+    }
+}
+
+void QZESpectrum::finishLoad(int versionID, int start, int delta, const QString& name)
+{
+    setUseSpectrum(true);
+    _versionID = versionID;
+    _filename = name.toStdString();
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    setNumSamples(int(_wavelengths.size()));
+    // The reset rule above may have emptied the stored name; report the file read.
+    std::cout << "Successfully read Spectrum File: " << name.toStdString() << '\n';
+}
+
+bool QZESpectrum::parseNative(const char* data, size_t size, const QString& name)
+{
+    const std::string_view line = QZENumberScanner::firstLine(data, size);
+    QZENumberScanner header(line.data(), line.size());
+    const std::string_view word = header.nextWord();
+    std::cout << "version: " << word.substr(0, MaxPrintedWord) << '\n';
+
+    int version = 0;
+    int start = 0;
+    int delta = 0;
+    int count = 0;
+    bool ok;
+    if (word == "spectral1") {
+        version = 1;
+        ok = header.nextInt(start) && header.nextInt(delta) && header.nextInt(count);
+    } else if (word == "spectral2") {
+        version = 2;
+        ok = header.nextInt(count);
+    } else {
+        std::cerr << "ERROR Spectrum: Unknown Spectrum File Version!\n";
+        return false;
+    }
+    if (!ok || count < 0) {
+        std::cerr << "ERROR Spectrum: Invalid Spectrum File header.\n";
+        return false;
+    }
+
+    std::cout << "startWavelength: " << start << '\n'
+              << "deltaWavelength: " << delta << '\n'
+              << "numSamples: " << count << '\n';
+
+    QZENumberScanner numbers(data + line.size(), size - line.size());
+    const size_t needed = size_t(count) * (version == 2 ? 2 : 1);
+    _wavelengths.clear();
+    _sourceValues.clear();
+    if (!numbers.canHold(needed))
+        return reportTruncated();
+    _wavelengths.reserve(size_t(count));
+    _sourceValues.reserve(size_t(count));
+    for (int i = 0; i < count; ++i) {
+        float wavelength = gridWavelength(start, delta, i);
+        if (version == 2 && !numbers.next(wavelength))
+            return reportTruncated();
+        _wavelengths.push_back(wavelength);
+        if (version == 2 && i >= 1 && _wavelengths[size_t(i) - 1] > wavelength) {
+            reportDecreasing("2", _wavelengths[size_t(i)], _wavelengths[size_t(i) - 1]);
+            return false;
+        }
+    }
+    for (int i = 0; i < count; ++i) {
+        float value;
+        if (!numbers.next(value))
+            return reportTruncated();
+        _sourceValues.push_back(value);
+    }
+    finishLoad(version, version == 1 ? start : 0, version == 1 ? delta : 0, name);
+    return true;
+}
+
+bool QZESpectrum::parseTxt(const char* data, size_t size, const QString& name)
+{
+    QZENumberScanner numbers(data, size);
+    _wavelengths.clear();
+    _sourceValues.clear();
+    for (;;) {
+        float wavelength = 0.0f;
+        float value = 0.0f;
+        numbers.next(wavelength);
+        numbers.next(value);
+        if (wavelength == 0.0f && value == 0.0f)
+            break;
+        _wavelengths.push_back(wavelength);
+        const size_t i = _wavelengths.size() - 1;
+        if (i >= 1 && _wavelengths[i - 1] > _wavelengths[i]) {
+            reportDecreasing("3", _wavelengths[i], _wavelengths[i - 1]);
+            return false;
+        }
+        _sourceValues.push_back(value);
+    }
+    if (_wavelengths.empty()) {
+        std::cerr << "ERROR Spectrum: Unexpected file format.\n";
+        return false;
+    }
+    finishLoad(2, truncateToInt(_wavelengths.front()), 0, name);
+    return true;
+}
+
+void QZESpectrum::reportDecreasing(const char* tag, float current, float previous)
+{
+    std::cerr << "ERROR Spectrum: Wavelengths not monotonically increasing.\n";
+    std::cout << tag << " (*wavelengths)[i]: " << current << '\n'
+              << tag << " (*wavelengths)[i-1]: " << previous << '\n';
+}
+
+bool QZESpectrum::reportTruncated()
+{
+    std::cerr << "ERROR Spectrum: Unexpected end of Spectrum File.\n";
+    return false;
+}
+
+bool QZESpectrum::save(const QString& name)
+{
+    std::cout << "Spectrum::save\n";
+    if (name.isEmpty())
+        return false;
+    const std::string path = name.toStdString();
+    std::cout << "Spectrum File: " << path << '\n';
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    if (!out)
+        return false;
+    try {
+        out.imbue(std::locale::classic());
+        if (!writeNative(out)) {
+            std::cout << "Unknown Spectrum File Version!\n";
+            return false;
+        }
+        out.close();
+        if (out.fail())
+            throw std::ios_base::failure("write");
+    } catch (const std::exception&) {
+        std::cout << "Error writing Spectrum File: " << path << '\n';
+        return false;
+    }
+    std::cout << "Successfully wrote Spectrum File: " << path << '\n';
+    return true;
+}
+
+bool QZESpectrum::writeNative(std::ostream& out) const
+{
+    if (_versionID == 1) {
+        out << "spectral1 " << _startWavelength << ' ' << _deltaWavelength << ' ' << _numSamples
+            << " \n";
+    } else if (_versionID == 2) {
+        out << "spectral2 " << _numSamples << " \n";
+        for (float wavelength : _wavelengths)
+            out << wavelength << ' ';
+        out << '\n';
+    } else {
+        return false;
+    }
+    for (float value : _sourceValues)
+        out << value << ' ';
+    out.flush();
+    return true;
+}

@@ -1,0 +1,685 @@
+#include "ColorLabWindow.h"
+#include "QZEColor.h"
+#include "QZEColorSlider.h"
+#include "ScreenshotWriter.h"
+#include "SlidersPage.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QFrame>
+#include <QGridLayout>
+#include <QImage>
+#include <QLabel>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#ifndef COLORLAB_PROGRAM
+#error "COLORLAB_PROGRAM must name the ColorLab executable"
+#endif
+
+// Fails with both values and the context printed unless
+// |actual - expected| <= tolerance.
+#define COMPARE_NEAR(actual, expected, tolerance, context)                                     \
+    do {                                                                                       \
+        const double nearActual = double(actual);                                              \
+        const double nearExpected = double(expected);                                          \
+        QVERIFY2(std::abs(nearActual - nearExpected) <= double(tolerance),                     \
+                 qPrintable(QStringLiteral("%1: %2 is %3, expected %4 (tolerance %5)")         \
+                                .arg(QString(context), QStringLiteral(#actual))                \
+                                .arg(nearActual, 0, 'g', 10)                                   \
+                                .arg(nearExpected, 0, 'g', 10)                                 \
+                                .arg(double(tolerance))));                                     \
+    } while (false)
+
+namespace {
+
+using Mode = QZEColorSlider::Mode;
+using Channels = std::array<double, QZEColorSlider::Bstar + 1>; // indexed by Mode
+
+const Mode AllModes[] = {QZEColorSlider::Hue,   QZEColorSlider::Saturation, QZEColorSlider::Value,
+                         QZEColorSlider::Red,   QZEColorSlider::Green,      QZEColorSlider::Blue,
+                         QZEColorSlider::Lstar, QZEColorSlider::Astar,      QZEColorSlider::Bstar};
+
+// The fixed window size every screenshot is taken at.
+const QSize ScreenshotSize(860, 620);
+
+QString nameOf(Mode mode)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<Mode>().valueToKey(mode));
+}
+
+// Linear RGB (0.4, 2/3, 0.8): sector 3 of the hue circle, f = 1/3, so
+// p = 0.8 * 0.5 = 0.4, q = 0.8 * (1 - 0.5 / 3) = 2/3 and blue = v = 0.8.
+const QZEColor SteelBlue(200.0f, 0.5f, 0.8f);
+
+// Linear RGB (0.5, 0.25, 0.25). Bytes without encoding: 0.5 * 255 = 127.5 and
+// 0.25 * 255 = 63.75, truncated to 127 and 63. sRGB-encoded: 1.055 * 0.5^(1/2.4)
+// - 0.055 = 0.73536 (187.5 -> 187) and 1.055 * 0.25^(1/2.4) - 0.055 = 0.53710
+// (136.96 -> 136).
+const QZEColor DustyRed(0.0f, 0.5f, 0.5f);
+const QColor DustyRedLinearBytes(127, 63, 63);
+const QColor DustyRedScreenBytes(187, 136, 136);
+
+// --- Independent colour arithmetic, in double precision --------------------
+
+void hsvToLinearRgb(double h, double s, double v, double rgb[3])
+{
+    const double sector = h / 60.0;
+    const int i = int(std::floor(sector)) % 6;
+    const double f = sector - std::floor(sector);
+    const double p = v * (1.0 - s);
+    const double q = v * (1.0 - s * f);
+    const double t = v * (1.0 - s * (1.0 - f));
+    const double bySector[6][3] = {{v, t, p}, {q, v, p}, {p, v, t},
+                                   {p, q, v}, {t, p, v}, {v, p, q}};
+    std::copy(bySector[i], bySector[i] + 3, rgb);
+}
+
+// CIE f(t), with the exact constants 216/24389 and 24389/27.
+double labF(double t)
+{
+    return t > 216.0 / 24389.0 ? std::cbrt(t) : (24389.0 / 27.0 * t + 16.0) / 116.0;
+}
+
+// sRGB primaries with a D65 white, relative to the configured reference white.
+void linearRgbToLab(const double rgb[3], double lab[3])
+{
+    const double toXyz[3][3] = {{0.4124564, 0.3575761, 0.1804375},
+                                {0.2126729, 0.7151522, 0.0721750},
+                                {0.0193339, 0.1191920, 0.9503041}};
+    const double white[3] = {QZEColor::s_reference_white_X, QZEColor::s_reference_white_Y,
+                             QZEColor::s_reference_white_Z};
+    double f[3];
+    for (int row = 0; row < 3; ++row) {
+        const double xyz = toXyz[row][0] * rgb[0] + toXyz[row][1] * rgb[1] + toXyz[row][2] * rgb[2];
+        f[row] = labF(xyz / white[row]);
+    }
+    lab[0] = 116.0 * f[1] - 16.0;
+    lab[1] = 500.0 * (f[0] - f[1]);
+    lab[2] = 200.0 * (f[1] - f[2]);
+}
+
+// The colour in every channel a slider can show, in the order of the modes.
+Channels channelsOf(const QZEColor& color)
+{
+    Channels c;
+    c[QZEColorSlider::Hue] = color.h;
+    c[QZEColorSlider::Saturation] = color.s;
+    c[QZEColorSlider::Value] = color.v;
+    hsvToLinearRgb(color.h, color.s, color.v, &c[QZEColorSlider::Red]);
+    linearRgbToLab(&c[QZEColorSlider::Red], &c[QZEColorSlider::Lstar]);
+    return c;
+}
+
+// What a slider position stands for in its channel's unit: hue in degrees up
+// to 359.99, L* up to 100, a* and b* spread over the Lab range around 0.
+double realValueAt(Mode mode, double position)
+{
+    switch (mode) {
+    case QZEColorSlider::Hue:
+        return position * 359.99;
+    case QZEColorSlider::Lstar:
+        return position * 100.0;
+    case QZEColorSlider::Astar:
+    case QZEColorSlider::Bstar:
+        return (position - 0.5) * double(QZEColor::s_LabRange);
+    default:
+        return position;
+    }
+}
+
+// The inverse of the affine realValueAt, kept on the strip.
+double positionFor(Mode mode, double channel)
+{
+    const double low = realValueAt(mode, 0.0);
+    const double high = realValueAt(mode, 1.0);
+    return std::clamp((channel - low) / (high - low), 0.0, 1.0);
+}
+
+// The two channels of the same colour model (HSV, RGB or Lab) as mode.
+std::array<Mode, 2> siblingsOf(Mode mode)
+{
+    const int first = mode / 3 * 3;
+    std::array<Mode, 2> siblings{};
+    int n = 0;
+    for (int m = first; m < first + 3; ++m) {
+        if (m != mode)
+            siblings[n++] = Mode(m);
+    }
+    return siblings;
+}
+
+// --- Page inspection --------------------------------------------------------
+
+bool shown(QWidget& page)
+{
+    page.resize(700, 520);
+    page.show();
+    return QTest::qWaitForWindowExposed(&page);
+}
+
+// The label in the given column of the slider's row (0: name, 2: read-out).
+QLabel* rowLabel(QZEColorSlider* slider, int column)
+{
+    auto* grid = qobject_cast<QGridLayout*>(slider->parentWidget()->layout());
+    if (!grid)
+        return nullptr;
+    int row, col, rowSpan, colSpan;
+    grid->getItemPosition(grid->indexOf(slider), &row, &col, &rowSpan, &colSpan);
+    QLayoutItem* item = grid->itemAtPosition(row, column);
+    return item ? qobject_cast<QLabel*>(item->widget()) : nullptr;
+}
+
+// The value shown next to the row caption containing captionPart.
+QString formValue(const QWidget& page, const QString& captionPart)
+{
+    for (const QLabel* caption : page.findChildren<QLabel*>()) {
+        const auto* value = qobject_cast<QLabel*>(caption->buddy());
+        if (value && caption->text().contains(captionPart))
+            return value->text();
+    }
+    return QString();
+}
+
+// The plain frame painted in the colour (labels are frames too, hence the
+// exact class).
+QFrame* swatchOf(const QWidget& page)
+{
+    for (QFrame* frame : page.findChildren<QFrame*>()) {
+        if (frame->metaObject() == &QFrame::staticMetaObject && frame->autoFillBackground())
+            return frame;
+    }
+    return nullptr;
+}
+
+QColor swatchColor(const QWidget& page)
+{
+    const QFrame* swatch = swatchOf(page);
+    return swatch ? swatch->palette().color(QPalette::Window) : QColor();
+}
+
+// Clicks the slider at a fraction of its width and returns the position such a
+// click selects: the pixel column over the width.
+float clickAt(QZEColorSlider* slider, double fraction)
+{
+    const int x = int(fraction * slider->width());
+    QTest::mouseClick(slider, Qt::LeftButton, {}, QPoint(x, slider->height() / 2));
+    return float(x) / float(slider->width());
+}
+
+// --- The program ------------------------------------------------------------
+
+struct Run
+{
+    bool finished = false;
+    QProcess::ExitStatus status = QProcess::CrashExit;
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+Run runColorLab(const QStringList& arguments, const QProcessEnvironment& environment)
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(COLORLAB_PROGRAM), arguments);
+    Run run;
+    run.finished = process.waitForFinished(60000);
+    run.status = process.exitStatus();
+    run.exitCode = process.exitCode();
+    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+    run.err = QString::fromLocal8Bit(process.readAllStandardError());
+    return run;
+}
+
+QProcessEnvironment withoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromLatin1(name));
+    return environment;
+}
+
+QProcessEnvironment offscreen()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return environment;
+}
+
+// One file per page of a fresh window, named after the page.
+QStringList shotsOfEveryPage(const QString& directory)
+{
+    ColorLabWindow window;
+    QStringList files;
+    for (int i = 0; i < window.pageCount(); ++i)
+        files.append(QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png")));
+    return files;
+}
+
+QStringList nonEmptyLines(const QString& text)
+{
+    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QString makeRegularFile(const QTemporaryDir& dir)
+{
+    const QString path = dir.filePath(QStringLiteral("plain-file"));
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write("not a directory");
+    return path;
+}
+
+} // namespace
+
+class tst_ColorLab : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void screenshotOptionWritesEveryPageAtTheWindowSize_data();
+    void screenshotOptionWritesEveryPageAtTheWindowSize();
+    void screenshotIntoAnUncreatableDirectoryFailsWithAMessage();
+    void writerNamesOneFilePerPageAfterThePage();
+    void writerReportsAnUncreatableDirectory();
+    void writerStopsAtAFileItCannotWrite();
+
+    void eachSliderIsLabelledWithItsChannel();
+    void slidersShowHandWorkedPositions_data();
+    void slidersShowHandWorkedPositions();
+    void settingAColourMovesEverySliderToItsChannel_data();
+    void settingAColourMovesEverySliderToItsChannel();
+    void readoutsShowEachChannelWithThreeDecimals();
+    void clickingASliderChangesOnlyItsChannel_data();
+    void clickingASliderChangesOnlyItsChannel();
+    void otherSlidersFollowAClickWithoutEmitting_data();
+    void otherSlidersFollowAClickWithoutEmitting();
+    void swatchAndTableShowTheColour();
+
+    void gammaCheckBoxStartsAtTheSetting_data();
+    void gammaCheckBoxStartsAtTheSetting();
+    void gammaCheckBoxTogglesTheSetting();
+    void gammaCheckBoxSwitchesTheScreenColour_data();
+    void gammaCheckBoxSwitchesTheScreenColour();
+
+private:
+    static void clickData();
+
+    bool _savedUseGamma = true;
+};
+
+void tst_ColorLab::init()
+{
+    _savedUseGamma = QZEColor::s_useGamma;
+}
+
+void tst_ColorLab::cleanup()
+{
+    QZEColor::s_useGamma = _savedUseGamma;
+}
+
+// --- Screenshots ----------------------------------------------------------------
+
+void tst_ColorLab::screenshotOptionWritesEveryPageAtTheWindowSize_data()
+{
+    QTest::addColumn<bool>("platformChosen");
+    QTest::newRow("offscreen platform chosen") << true;
+    QTest::newRow("no platform and no display") << false;
+}
+
+void tst_ColorLab::screenshotOptionWritesEveryPageAtTheWindowSize()
+{
+    QFETCH(bool, platformChosen);
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString directory = tmp.filePath(QStringLiteral("shots"));
+
+    const Run run = runColorLab({QStringLiteral("--screenshot"), directory},
+                                platformChosen ? offscreen() : withoutDisplay());
+
+    QVERIFY(run.finished);
+    QCOMPARE(run.status, QProcess::NormalExit);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    const QStringList expected = shotsOfEveryPage(directory);
+    QVERIFY(expected.contains(QDir(directory).filePath(QStringLiteral("sliders.png"))));
+    QCOMPARE(nonEmptyLines(run.out), expected);
+    for (const QString& file : expected) {
+        const QImage shot(file);
+        QVERIFY2(!shot.isNull(), qPrintable(file));
+        QCOMPARE(shot.size(), ScreenshotSize);
+    }
+}
+
+void tst_ColorLab::screenshotIntoAnUncreatableDirectoryFailsWithAMessage()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString directory = makeRegularFile(tmp) + QStringLiteral("/shots");
+
+    const Run run = runColorLab({QStringLiteral("--screenshot"), directory}, offscreen());
+
+    QVERIFY(run.finished);
+    QCOMPARE(run.status, QProcess::NormalExit);
+    QVERIFY(run.exitCode != 0);
+    QVERIFY2(run.err.contains(QStringLiteral("ColorLab: ")), qPrintable(run.err));
+    QVERIFY2(run.err.contains(QDir::toNativeSeparators(directory)), qPrintable(run.err));
+    QVERIFY(nonEmptyLines(run.out).isEmpty());
+}
+
+void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString directory = tmp.filePath(QStringLiteral("nested/shots"));
+    ColorLabWindow window;
+    ScreenshotWriter writer(directory);
+
+    QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
+
+    QCOMPARE(window.page(0)->objectName(), QStringLiteral("sliders"));
+    QCOMPARE(writer.files().size(), window.pageCount());
+    for (int i = 0; i < window.pageCount(); ++i) {
+        const QString file = QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png"));
+        QCOMPARE(writer.files().at(i), file);
+        QCOMPARE(QImage(file).size(), ScreenshotSize);
+    }
+    QVERIFY(writer.errorString().isEmpty());
+}
+
+void tst_ColorLab::writerReportsAnUncreatableDirectory()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString directory = makeRegularFile(tmp) + QStringLiteral("/shots");
+    ColorLabWindow window;
+    ScreenshotWriter writer(directory);
+
+    QVERIFY(!writer.write(window));
+
+    QVERIFY(writer.files().isEmpty());
+    QVERIFY2(writer.errorString().contains(QDir::toNativeSeparators(directory)),
+             qPrintable(writer.errorString()));
+}
+
+void tst_ColorLab::writerStopsAtAFileItCannotWrite()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString blocked = tmp.filePath(QStringLiteral("sliders.png"));
+    QVERIFY(QDir().mkpath(blocked)); // a directory where the first shot should go
+    ColorLabWindow window;
+    ScreenshotWriter writer(tmp.path());
+
+    QVERIFY(!writer.write(window));
+
+    QVERIFY(writer.files().isEmpty());
+    QVERIFY2(writer.errorString().contains(QDir::toNativeSeparators(blocked)),
+             qPrintable(writer.errorString()));
+}
+
+// --- Slider linking ---------------------------------------------------------------
+
+void tst_ColorLab::eachSliderIsLabelledWithItsChannel()
+{
+    const char* const names[] = {"Hue", "Saturation", "Value", "Red", "Green", "Blue",
+                                 "L*",  "a*",         "b*"};
+    SlidersPage page;
+    for (Mode mode : AllModes) {
+        QZEColorSlider* slider = page.slider(mode);
+        QVERIFY(slider);
+        QCOMPARE(slider->getMode(), mode);
+        const QLabel* name = rowLabel(slider, 0);
+        QVERIFY(name);
+        QCOMPARE(name->text(), QString::fromLatin1(names[mode]));
+    }
+}
+
+void tst_ColorLab::slidersShowHandWorkedPositions_data()
+{
+    QTest::addColumn<QZEColor>("color");
+    QTest::addColumn<Mode>("mode");
+    QTest::addColumn<double>("position");
+
+    QTest::newRow("hue 200 degrees") << SteelBlue << QZEColorSlider::Hue << 200.0 / 359.99;
+    QTest::newRow("saturation") << SteelBlue << QZEColorSlider::Saturation << 0.5;
+    QTest::newRow("red is p") << SteelBlue << QZEColorSlider::Red << 0.4;
+    QTest::newRow("green is q") << SteelBlue << QZEColorSlider::Green << 2.0 / 3.0;
+    QTest::newRow("blue is v") << SteelBlue << QZEColorSlider::Blue << 0.8;
+    // Linear white is the reference white: L* 100, a* and b* 0, the strips' middle.
+    const QZEColor white(0.0f, 0.0f, 1.0f);
+    QTest::newRow("white L*") << white << QZEColorSlider::Lstar << 1.0;
+    QTest::newRow("white a*") << white << QZEColorSlider::Astar << 0.5;
+    QTest::newRow("white b*") << white << QZEColorSlider::Bstar << 0.5;
+    // Linear RGB (2, 1, 1): beyond the strips, so kept at their ends.
+    const QZEColor brightRed(0.0f, 0.5f, 2.0f);
+    QTest::newRow("HDR value") << brightRed << QZEColorSlider::Value << 1.0;
+    QTest::newRow("HDR red") << brightRed << QZEColorSlider::Red << 1.0;
+    QTest::newRow("HDR L*") << brightRed << QZEColorSlider::Lstar << 1.0;
+    QTest::newRow("grey keeps its hue") << QZEColor(90.0f, 0.0f, 0.5f) << QZEColorSlider::Hue
+                                        << 90.0 / 359.99;
+}
+
+void tst_ColorLab::slidersShowHandWorkedPositions()
+{
+    QFETCH(QZEColor, color);
+    QFETCH(Mode, mode);
+    QFETCH(double, position);
+    SlidersPage page;
+
+    page.setColor(color);
+
+    COMPARE_NEAR(page.slider(mode)->getValue(), position, 1e-5, nameOf(mode));
+}
+
+void tst_ColorLab::settingAColourMovesEverySliderToItsChannel_data()
+{
+    QTest::addColumn<QZEColor>("color");
+    QTest::newRow("steel blue") << SteelBlue;
+    QTest::newRow("warm orange") << QZEColor(20.0f, 0.9f, 0.75f);
+    QTest::newRow("dusty red") << DustyRed;
+    QTest::newRow("grey with a hue") << QZEColor(123.0f, 0.0f, 0.5f);
+    QTest::newRow("black") << QZEColor(0.0f, 0.0f, 0.0f);
+    QTest::newRow("HDR red") << QZEColor(0.0f, 0.5f, 2.0f);
+    QTest::newRow("saturated violet") << QZEColor(290.0f, 1.0f, 1.0f);
+}
+
+void tst_ColorLab::settingAColourMovesEverySliderToItsChannel()
+{
+    QFETCH(QZEColor, color);
+    SlidersPage page;
+
+    page.setColor(color);
+
+    QCOMPARE(page.color(), color);
+    const Channels channels = channelsOf(color);
+    for (Mode mode : AllModes) {
+        COMPARE_NEAR(page.slider(mode)->getValue(), positionFor(mode, channels[mode]), 1e-4,
+                     nameOf(mode));
+    }
+}
+
+void tst_ColorLab::readoutsShowEachChannelWithThreeDecimals()
+{
+    const QRegularExpression threeDecimals(QStringLiteral("^-?\\d+\\.\\d{3}$"));
+    SlidersPage page;
+
+    page.setColor(SteelBlue);
+
+    const Channels channels = channelsOf(SteelBlue);
+    for (Mode mode : AllModes) {
+        const QLabel* readout = rowLabel(page.slider(mode), 2);
+        QVERIFY(readout);
+        QVERIFY2(threeDecimals.match(readout->text()).hasMatch(), qPrintable(readout->text()));
+        COMPARE_NEAR(readout->text().toDouble(), channels[mode], 0.0006, nameOf(mode));
+    }
+}
+
+void tst_ColorLab::clickData()
+{
+    QTest::addColumn<Mode>("mode");
+    QTest::addColumn<double>("fraction");
+    QTest::addColumn<double>("tolerance");
+
+    // Fractions near the steel blue's own L*a*b* (82.9, -10.2, -13.5) keep
+    // the new colour inside the RGB cube.
+    QTest::newRow("hue") << QZEColorSlider::Hue << 0.25 << 1e-3;
+    QTest::newRow("saturation") << QZEColorSlider::Saturation << 0.75 << 1e-5;
+    QTest::newRow("value") << QZEColorSlider::Value << 0.3 << 1e-5;
+    QTest::newRow("red") << QZEColorSlider::Red << 0.6 << 1e-5;
+    QTest::newRow("green") << QZEColorSlider::Green << 0.2 << 1e-5;
+    QTest::newRow("blue") << QZEColorSlider::Blue << 0.5 << 1e-5;
+    QTest::newRow("L*") << QZEColorSlider::Lstar << 0.7 << 1e-2;
+    QTest::newRow("a*") << QZEColorSlider::Astar << 0.45 << 1e-2;
+    QTest::newRow("b*") << QZEColorSlider::Bstar << 0.55 << 1e-2;
+}
+
+void tst_ColorLab::clickingASliderChangesOnlyItsChannel_data()
+{
+    clickData();
+}
+
+void tst_ColorLab::clickingASliderChangesOnlyItsChannel()
+{
+    QFETCH(Mode, mode);
+    QFETCH(double, fraction);
+    QFETCH(double, tolerance);
+    SlidersPage page;
+    page.setColor(SteelBlue);
+    QVERIFY(shown(page));
+    const Channels before = channelsOf(page.color());
+
+    const float position = clickAt(page.slider(mode), fraction);
+
+    const Channels after = channelsOf(page.color());
+    COMPARE_NEAR(after[mode], realValueAt(mode, position), tolerance, nameOf(mode));
+    for (Mode sibling : siblingsOf(mode))
+        COMPARE_NEAR(after[sibling], before[sibling], tolerance, nameOf(sibling));
+}
+
+void tst_ColorLab::otherSlidersFollowAClickWithoutEmitting_data()
+{
+    clickData();
+}
+
+void tst_ColorLab::otherSlidersFollowAClickWithoutEmitting()
+{
+    QFETCH(Mode, mode);
+    QFETCH(double, fraction);
+    SlidersPage page;
+    page.setColor(SteelBlue);
+    QVERIFY(shown(page));
+    std::vector<std::unique_ptr<QSignalSpy>> spies;
+    for (Mode other : AllModes) {
+        if (other == mode)
+            continue;
+        QZEColorSlider* slider = page.slider(other);
+        spies.push_back(std::make_unique<QSignalSpy>(
+            slider, qOverload<float>(&QZEColorSlider::valueChanged)));
+        spies.push_back(std::make_unique<QSignalSpy>(slider, &QZEColorSlider::colorChanged));
+        spies.push_back(std::make_unique<QSignalSpy>(slider, &QZEColorSlider::minColorChanged));
+        spies.push_back(std::make_unique<QSignalSpy>(slider, &QZEColorSlider::maxColorChanged));
+    }
+    QSignalSpy clicked(page.slider(mode), qOverload<float>(&QZEColorSlider::valueChanged));
+
+    const float position = clickAt(page.slider(mode), fraction);
+
+    QCOMPARE(clicked.count(), 1);
+    for (const auto& spy : spies)
+        QCOMPARE(spy->count(), 0);
+    QCOMPARE(page.slider(mode)->getValue(), position);
+    const Channels channels = channelsOf(page.color());
+    for (Mode other : AllModes) {
+        COMPARE_NEAR(page.slider(other)->getValue(), positionFor(other, channels[other]), 1e-4,
+                     nameOf(other));
+    }
+}
+
+void tst_ColorLab::swatchAndTableShowTheColour()
+{
+    QZEColor::s_useGamma = true;
+    SlidersPage page;
+
+    page.setColor(DustyRed);
+
+    QCOMPARE(swatchColor(page), DustyRedScreenBytes);
+    QVERIFY2(formValue(page, QStringLiteral("(getGammaQColor)")).endsWith(DustyRedScreenBytes.name()),
+             qPrintable(formValue(page, QStringLiteral("(getGammaQColor)"))));
+    QVERIFY2(formValue(page, QStringLiteral("(getQColor)")).endsWith(DustyRedLinearBytes.name()),
+             qPrintable(formValue(page, QStringLiteral("(getQColor)"))));
+}
+
+// --- Gamma switch -------------------------------------------------------------------
+
+void tst_ColorLab::gammaCheckBoxStartsAtTheSetting_data()
+{
+    QTest::addColumn<bool>("useGamma");
+    QTest::newRow("on") << true;
+    QTest::newRow("off") << false;
+}
+
+void tst_ColorLab::gammaCheckBoxStartsAtTheSetting()
+{
+    QFETCH(bool, useGamma);
+    QZEColor::s_useGamma = useGamma;
+
+    SlidersPage page;
+
+    const auto* box = page.findChild<QCheckBox*>();
+    QVERIFY(box);
+    QCOMPARE(box->isChecked(), useGamma);
+}
+
+void tst_ColorLab::gammaCheckBoxTogglesTheSetting()
+{
+    QZEColor::s_useGamma = true;
+    SlidersPage page;
+    auto* box = page.findChild<QCheckBox*>();
+    QVERIFY(box);
+
+    box->click();
+    QCOMPARE(QZEColor::s_useGamma, false);
+    box->click();
+    QCOMPARE(QZEColor::s_useGamma, true);
+}
+
+void tst_ColorLab::gammaCheckBoxSwitchesTheScreenColour_data()
+{
+    QTest::addColumn<bool>("useGamma");
+    QTest::addColumn<QColor>("screenBytes");
+    QTest::newRow("on to off") << true << DustyRedLinearBytes;
+    QTest::newRow("off to on") << false << DustyRedScreenBytes;
+}
+
+void tst_ColorLab::gammaCheckBoxSwitchesTheScreenColour()
+{
+    QFETCH(bool, useGamma);
+    QFETCH(QColor, screenBytes);
+    QZEColor::s_useGamma = useGamma;
+    SlidersPage page;
+    page.setColor(DustyRed);
+    auto* box = page.findChild<QCheckBox*>();
+    QVERIFY(box);
+
+    box->click();
+
+    QCOMPARE(swatchColor(page), screenBytes);
+    const QString screen = formValue(page, QStringLiteral("(getGammaQColor)"));
+    QVERIFY2(screen.endsWith(screenBytes.name()), qPrintable(screen));
+}
+
+QTEST_MAIN(tst_ColorLab)
+#include "tst_ColorLab.moc"

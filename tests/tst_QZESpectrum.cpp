@@ -1,0 +1,2192 @@
+#include "QZESpectrum.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <clocale>
+#include <cmath>
+#include <iostream>
+#include <locale>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
+
+Q_DECLARE_METATYPE(std::vector<double>)
+
+namespace {
+
+// --- Standard streams --------------------------------------------------------
+
+// Sends std::cout and std::cerr into strings for one scope.
+class StdStreamCapture
+{
+public:
+    StdStreamCapture()
+        : _savedOut(std::cout.rdbuf(_out.rdbuf())), _savedErr(std::cerr.rdbuf(_err.rdbuf()))
+    {
+    }
+    ~StdStreamCapture()
+    {
+        std::cout.rdbuf(_savedOut);
+        std::cerr.rdbuf(_savedErr);
+    }
+    StdStreamCapture(const StdStreamCapture&) = delete;
+    StdStreamCapture& operator=(const StdStreamCapture&) = delete;
+
+    QByteArray out() const { return QByteArray::fromStdString(_out.str()); }
+    QByteArray err() const { return QByteArray::fromStdString(_err.str()); }
+
+private:
+    std::ostringstream _out;
+    std::ostringstream _err;
+    std::streambuf* _savedOut;
+    std::streambuf* _savedErr;
+};
+
+struct Outcome
+{
+    bool result;
+    QByteArray out;
+    QByteArray err;
+};
+
+template <typename Call>
+Outcome captured(Call&& call)
+{
+    StdStreamCapture capture;
+    const bool result = call();
+    return {result, capture.out(), capture.err()};
+}
+
+// --- Expected messages ---------------------------------------------------------
+
+const QByteArray UnknownVersion("ERROR Spectrum: Unknown Spectrum File Version!\n");
+const QByteArray NotIncreasing("ERROR Spectrum: Wavelengths not monotonically increasing.\n");
+const QByteArray UnexpectedFormat("ERROR Spectrum: Unexpected file format.\n");
+const QByteArray UnexpectedEnd("ERROR Spectrum: Unexpected end of Spectrum File.\n");
+const QByteArray InvalidHeader("ERROR Spectrum: Invalid Spectrum File header.\n");
+const QByteArray NativeBanner("Spectrum::loadNative\n");
+const QByteArray TxtBanner("Spectrum::loadTxt\n");
+const QByteArray SaveBanner("Spectrum::save\n");
+
+QByteArray nativeHeaderLog(const QByteArray& version, int start, int delta, qint64 count)
+{
+    return NativeBanner + "version: " + version + "\nstartWavelength: " + QByteArray::number(start)
+           + "\ndeltaWavelength: " + QByteArray::number(delta)
+           + "\nnumSamples: " + QByteArray::number(count) + "\n";
+}
+
+QByteArray readLine(const QString& name)
+{
+    return "Successfully read Spectrum File: " + name.toUtf8() + "\n";
+}
+
+QByteArray nativeLoadLog(const QByteArray& version, int start, int delta, int count,
+                         const QString& name)
+{
+    return nativeHeaderLog(version, start, delta, count) + readLine(name);
+}
+
+QByteArray txtLoadLog(const QString& name)
+{
+    return TxtBanner + readLine(name);
+}
+
+QByteArray saveStartLog(const QString& name)
+{
+    return SaveBanner + "Spectrum File: " + name.toUtf8() + "\n";
+}
+
+QByteArray saveLog(const QString& name)
+{
+    return saveStartLog(name) + "Successfully wrote Spectrum File: " + name.toUtf8() + "\n";
+}
+
+// --- Expected values -------------------------------------------------------------
+
+std::vector<double> gridOf(double start, double delta, int num)
+{
+    std::vector<double> grid;
+    for (int i = 0; i < num; ++i)
+        grid.push_back(start + i * delta);
+    return grid;
+}
+
+std::vector<double> repeated(double value, int num)
+{
+    return std::vector<double>(size_t(num), value);
+}
+
+std::vector<float> floatsOf(const std::vector<double>& values)
+{
+    return std::vector<float>(values.begin(), values.end());
+}
+
+// Describes the first difference between actual and expected (empty when they
+// match). A tolerance of 0 asks for the float nearest to each expected value;
+// otherwise |actual - expected| <= tolerance * max(1, |expected|).
+QString mismatchOf(const std::vector<float>& actual, const std::vector<double>& expected,
+                   double tolerance)
+{
+    if (actual.size() != expected.size())
+        return QStringLiteral("%1 values, expected %2").arg(actual.size()).arg(expected.size());
+    for (size_t i = 0; i < actual.size(); ++i) {
+        const bool same = tolerance == 0.0
+                              ? actual[i] == float(expected[i])
+                              : std::abs(double(actual[i]) - expected[i])
+                                    <= tolerance * std::max(1.0, std::abs(expected[i]));
+        if (!same)
+            return QStringLiteral("value %1 is %2, expected %3")
+                .arg(i)
+                .arg(double(actual[i]), 0, 'g', 10)
+                .arg(expected[i], 0, 'g', 10);
+    }
+    return QString();
+}
+
+} // namespace
+
+#define QZE_COMPARE_FLOATS(actual, tolerance, ...)                                             \
+    do {                                                                                       \
+        const QString qzeMismatch = mismatchOf((actual), {__VA_ARGS__}, (tolerance));           \
+        QVERIFY2(qzeMismatch.isEmpty(), qPrintable(QStringLiteral(#actual ": ") + qzeMismatch)); \
+    } while (false)
+
+#define QZE_COMPARE_OUTCOME(outcome, expectedResult, expectedOut, expectedErr)                 \
+    do {                                                                                       \
+        QCOMPARE((outcome).out, QByteArray(expectedOut));                                      \
+        QCOMPARE((outcome).err, QByteArray(expectedErr));                                      \
+        QCOMPARE((outcome).result, (expectedResult));                                          \
+    } while (false)
+
+namespace {
+
+// The constant 1.0 on 380, 5, 81 that the reset rule installs.
+void verifyResetToOne(const QZESpectrum& spectrum)
+{
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 5, 81));
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, repeated(1.0, 81));
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getFilename(), QString());
+}
+
+} // namespace
+
+#define QZE_VERIFY_RESET_TO_ONE(spectrum)                                                      \
+    do {                                                                                       \
+        verifyResetToOne(spectrum);                                                            \
+        if (QTest::currentTestFailed())                                                        \
+            return;                                                                            \
+    } while (false)
+
+namespace {
+
+// --- Spectra -----------------------------------------------------------------------
+
+QZESpectrum loaded(const std::vector<double>& wavelengths, const std::vector<double>& values)
+{
+    const std::vector<float> w = floatsOf(wavelengths);
+    const std::vector<float> v = floatsOf(values);
+    QZESpectrum spectrum;
+    spectrum.load(int(w.size()), w.data(), v.data());
+    return spectrum;
+}
+
+QZESpectrum onGrid(int start, int delta, const std::vector<double>& values)
+{
+    const std::vector<float> v = floatsOf(values);
+    QZESpectrum spectrum;
+    spectrum.load(start, delta, int(v.size()), v.data());
+    return spectrum;
+}
+
+// A spectrum built member by member: source 0.2, 0.4, 0.6 at 400, 500, 600 nm,
+// grid fields 400 and 100, filename "kept.spectral" and bandCount stale bands
+// of 0.5.
+QZESpectrum stateOf(bool useSpectrum, int versionID, int numSamples, int bandCount = 40)
+{
+    return QZESpectrum(useSpectrum, "kept.spectral", versionID, 400, 100, numSamples,
+                       {400.0f, 500.0f, 600.0f}, {0.2f, 0.4f, 0.6f},
+                       std::vector<float>(size_t(bandCount), 0.5f));
+}
+
+// Version 1 with forty bands of the given value and values as its source.
+QZESpectrum withFortyBands(bool useSpectrum, int numSamples, const std::vector<float>& values,
+                          float band = 0.5f)
+{
+    return QZESpectrum(useSpectrum, std::string(), 1, 400, 10, numSamples,
+                       std::vector<float>(values.size(), 500.0f), values,
+                       std::vector<float>(40, band));
+}
+
+// --- Files -------------------------------------------------------------------------
+
+QString writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(bytes);
+    return path;
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
+
+// Switches the C and C++ global locales to a comma-decimal locale for one
+// scope, when the system has one.
+class CommaLocale
+{
+public:
+    CommaLocale() : _previousC(std::setlocale(LC_NUMERIC, nullptr))
+    {
+        try {
+            std::locale::global(std::locale("de_DE.UTF-8"));
+            _active = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+        } catch (const std::runtime_error&) {
+            _active = false;
+        }
+    }
+    ~CommaLocale()
+    {
+        std::locale::global(_previousCpp);
+        std::setlocale(LC_NUMERIC, _previousC.c_str());
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+
+    bool isActive() const { return _active; }
+
+private:
+    std::locale _previousCpp;
+    std::string _previousC;
+    bool _active = false;
+};
+
+// The most memory the process has held so far, in KiB (0 where unknown).
+long peakResidentKiB()
+{
+#ifdef Q_OS_LINUX
+    rusage usage{};
+    return getrusage(RUSAGE_SELF, &usage) == 0 ? usage.ru_maxrss : 0;
+#else
+    return 0;
+#endif
+}
+
+enum FileOperation { LoadNative, LoadTxt, Load, Save };
+
+bool runFileOperation(QZESpectrum& spectrum, int operation, const QString& name)
+{
+    switch (operation) {
+    case LoadNative:
+        return spectrum.loadNative(name);
+    case LoadTxt:
+        return spectrum.loadTxt(name);
+    case Load:
+        return spectrum.load(name);
+    default:
+        return spectrum.save(name);
+    }
+}
+
+enum CountStep { SetStep, ResampleSourceStep, MergeStep };
+
+} // namespace
+
+class tst_QZESpectrum : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    // Edge cases of the distribution
+    void setOneResampledGivesFortyBandsOfOne();
+    void singleSourceSampleFillsEveryBand_data();
+    void singleSourceSampleFillsEveryBand();
+    void bandsOutsideSourceTakeNearestEndValue();
+    void partlyCoveredBandsMixEndValueWithIntegral();
+    void decreasingWavelengthInArrayLoadPrintsBothAndKeepsPairs();
+    void scaleOnClearedFlagChangesNothing();
+
+    // Edge cases of the files
+    void nameWithSpectralAnywhereIsReadAsNative();
+    void version1ValuesOverSeveralLinesLoadLikeOneLine();
+    void version2EqualNeighbouringWavelengthsLoad();
+    void txtStartingWithHeaderWordLoadsNothing();
+    void savedSetOneIsExactBytes();
+
+    // Messages of the file operations
+    void nativeLoadReportsEachHeaderField_data();
+    void nativeLoadReportsEachHeaderField();
+    void unknownVersionWordIsReported_data();
+    void unknownVersionWordIsReported();
+    void decreasingWavelengthInNativeFileIsReported();
+    void decreasingWavelengthInTxtFileIsReported();
+    void emptyNameFailsAfterBanner_data();
+    void emptyNameFailsAfterBanner();
+    void unopenableFileFailsAfterBanner_data();
+    void unopenableFileFailsAfterBanner();
+    void saveOfUnknownVersionIsReported_data();
+    void saveOfUnknownVersionIsReported();
+    void saveToUnwritablePathFailsAfterName_data();
+    void saveToUnwritablePathFailsAfterName();
+    void loadWithUnknownSuffixPrintsNothing_data();
+    void loadWithUnknownSuffixPrintsNothing();
+    void loadDispatchesBySuffix_data();
+    void loadDispatchesBySuffix();
+
+    // The reset rule
+    void resetOnSetUseSpectrumFillsOneWithoutRecursing_data();
+    void resetOnSetUseSpectrumFillsOneWithoutRecursing();
+    void resetOnSetNumSamplesFillsOneAndClearsFlag();
+    void setUseSpectrumOutsideResetStateOnlyStoresFlag_data();
+    void setUseSpectrumOutsideResetStateOnlyStoresFlag();
+    void setNumSamplesOutsideResetStateOnlyStoresCount_data();
+    void setNumSamplesOutsideResetStateOnlyStoresCount();
+    void setRaisesFlagByResetRule();
+    void countStepsApplyResetRule_data();
+    void countStepsApplyResetRule();
+    void fileLoadSetsCountByResetRule();
+    void failedLoadClearsFlagByResetRule();
+    void arrayLoadLeavesSpectrumActiveWithCount_data();
+    void arrayLoadLeavesSpectrumActiveWithCount();
+    void uniformArrayLoadStoresCountDirectly_data();
+    void uniformArrayLoadStoresCountDirectly();
+
+    // Building and resampling
+    void defaultSpectrumIsUninitialised();
+    void setFillsGridWithoutBands();
+    void resampleMatchesHandIntegralOfIrregularSpectrum();
+    void resampleOfEmptySourceKeepsBands();
+    void resampleSourceInterpolatesAndExtendsEnds();
+    void resampleSourceTakesFirstSampleAtExactHit();
+    void resampleSourceOfSingleSampleIsConstant();
+    void resampleSourceOfEmptySourceChangesNothing();
+
+    // Arithmetic
+    void addOnSameGridSumsDirectly();
+    void addResamplesThisOntoCoveringOther();
+    void addResamplesOtherOntoCoveredGrid();
+    void addResamplesBothWhenNeitherCovers();
+    void addMergesDisjointRanges_data();
+    void addMergesDisjointRanges();
+    void addLowersBrighterSideOfTxtSeam_data();
+    void addLowersBrighterSideOfTxtSeam();
+    void addMatchesSeamOnlyWhenBothAreTxt();
+    void scaleMultipliesFirstCountValues();
+    void scaleNeedsBandsAndCount_data();
+    void scaleNeedsBandsAndCount();
+    void getSumAddsFortyBands();
+    void getMaxValueLooksAtFirstCountValues_data();
+    void getMaxValueLooksAtFirstCountValues();
+    void getMaxValueOfInactiveSpectrumIsZero();
+    void getPhotometricValueSumsSquaredBands();
+    void setPhotometricValueScalesSourceByRatio();
+    void setPhotometricValueOnFreshSpectrumSetsOne();
+    void setPhotometricValueOnInactiveSpectrumSetsOneThenScales();
+    void setPhotometricValueStopsWhenResetClearsFlag();
+
+    // Value semantics
+    void copyTakesAllMembers();
+    void selfCopyKeepsEverything();
+    void copyConstructorTakesAllMembers();
+    void optionsRoundTripThroughTupleConstructor();
+    void nineValueConstructorStoresInOrder();
+    void isActiveNeedsFlagAndFortyBands_data();
+    void isActiveNeedsFlagAndFortyBands();
+    void isInitializedMeansNonZeroVersion_data();
+    void isInitializedMeansNonZeroVersion();
+    void filenameIsStoredAsUtf8();
+
+    // Files
+    void version1RoundTripKeepsSixDigitValues();
+    void version2RoundTripKeepsWavelengthsAndValues();
+    void valuesAreWrittenWithSixSignificantDigits_data();
+    void valuesAreWrittenWithSixSignificantDigits();
+    void txtValuesOverManyLinesLoad();
+    void numberLiteralsInFilesFollowC_data();
+    void numberLiteralsInFilesFollowC();
+    void crlfLineEndsLoad_data();
+    void crlfLineEndsLoad();
+    void txtReadsPairsUntilZeroPair_data();
+    void txtReadsPairsUntilZeroPair();
+    void nativeValuesStartAfterTheFirstLine();
+    void utf8FileNameRoundTrip();
+    void saveUnderCommaLocaleWritesPoints();
+
+    // Bad input
+    void hugeAnnouncedCountFailsWithoutAllocating_data();
+    void hugeAnnouncedCountFailsWithoutAllocating();
+    void negativeCountIsInvalidHeader_data();
+    void negativeCountIsInvalidHeader();
+    void missingHeaderNumbersAreInvalidHeader_data();
+    void missingHeaderNumbersAreInvalidHeader();
+    void truncatedFileFailsAndClearsFlag_data();
+    void truncatedFileFailsAndClearsFlag();
+    void binaryGarbageNeverLoads();
+    void hugeDigitRunFailsQuickly_data();
+    void hugeDigitRunFailsQuickly();
+
+private:
+    // Loads the row's contents and expects "Invalid Spectrum File header".
+    void verifyInvalidHeader();
+    QString path(const QString& name) const { return _dir.filePath(name); }
+    QString write(const QString& name, const QByteArray& bytes) const
+    {
+        return writeFile(path(name), bytes);
+    }
+
+    QTemporaryDir _dir;
+};
+
+void tst_QZESpectrum::initTestCase()
+{
+    QVERIFY(_dir.isValid());
+}
+
+// --- Edge cases of the distribution ------------------------------------------------
+
+void tst_QZESpectrum::setOneResampledGivesFortyBandsOfOne()
+{
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(1.0, 40));
+    QCOMPARE(spectrum.getSum(), 40.0f);
+    QCOMPARE(spectrum.getPhotometricValue(), 40.0f);
+}
+
+void tst_QZESpectrum::singleSourceSampleFillsEveryBand_data()
+{
+    QTest::addColumn<double>("wavelength");
+    QTest::addColumn<double>("value");
+
+    QTest::newRow("inside the bands") << 500.0 << 0.7;
+    QTest::newRow("below the bands") << 300.0 << 2.5;
+    QTest::newRow("above the bands") << 900.0 << 0.3;
+}
+
+void tst_QZESpectrum::singleSourceSampleFillsEveryBand()
+{
+    QFETCH(double, wavelength);
+    QFETCH(double, value);
+
+    QZESpectrum spectrum = loaded({wavelength}, {value});
+
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(value, 40));
+}
+
+// Source: 2 at 395 nm rising linearly to 4 at 415 nm.
+void tst_QZESpectrum::bandsOutsideSourceTakeNearestEndValue()
+{
+    QZESpectrum spectrum = loaded({395, 415}, {2, 4});
+
+    const std::vector<float>& bands = spectrum.getSamples();
+    QCOMPARE(bands.size(), size_t(40));
+    QCOMPARE(bands[0], 2.0f); // [380, 390) lies wholly below 395 nm
+    for (size_t k = 4; k < 40; ++k)
+        QCOMPARE(bands[k], 4.0f); // [420, 430) onwards lies above 415 nm
+}
+
+void tst_QZESpectrum::partlyCoveredBandsMixEndValueWithIntegral()
+{
+    QZESpectrum spectrum = loaded({395, 415}, {2, 4});
+
+    const auto source = [](double x) { return 2.0 + (x - 395.0) * 2.0 / 20.0; };
+    const auto area = [&source](double a, double b) {
+        return (b - a) * (source(a) + source(b)) / 2;
+    };
+    const double below = (395.0 - 390.0) * 2.0 + area(395, 400);
+    const double inside = area(400, 410);
+    const double above = area(410, 415) + (420.0 - 415.0) * 4.0;
+    const std::vector<float>& bands = spectrum.getSamples();
+    QCOMPARE(bands.size(), size_t(40));
+    QZE_COMPARE_FLOATS(std::vector<float>(bands.begin() + 1, bands.begin() + 4), 1e-6,
+                       below / 10, inside / 10, above / 10);
+    QZE_COMPARE_FLOATS(std::vector<float>(bands.begin() + 1, bands.begin() + 4), 0,
+                       2.125, 3.0, 3.875);
+}
+
+void tst_QZESpectrum::decreasingWavelengthInArrayLoadPrintsBothAndKeepsPairs()
+{
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.setFilename(QStringLiteral("kept.spectral"));
+    const float wavelengths[] = {400.0f, 500.0f, 450.0f};
+    const float values[] = {1.0f, 2.0f, 3.0f};
+
+    const Outcome outcome = captured([&] { return spectrum.load(3, wavelengths, values); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, "_wavelengths)[i]: 450\n_wavelengths)[i-1]: 500\n", "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 500, 450);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getFilename(), QStringLiteral("kept.spectral"));
+    QVERIFY(spectrum.getUseSpectrum());
+    QVERIFY(spectrum.getSamples().empty());
+}
+
+void tst_QZESpectrum::scaleOnClearedFlagChangesNothing()
+{
+    QZESpectrum spectrum = withFortyBands(false, 3, {1.0f, 2.0f, 3.0f});
+
+    spectrum.scale(2.0f);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+}
+
+// --- Edge cases of the files -----------------------------------------------------
+
+void tst_QZESpectrum::nameWithSpectralAnywhereIsReadAsNative()
+{
+    const QString name = write(QStringLiteral("lamp.Spectral.bak"), "spectral1 400 10 3 \n1 2 3 ");
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, nativeLoadLog("spectral1", 400, 10, 3, name), "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 420);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    QCOMPARE(spectrum.getFilename(), name);
+}
+
+void tst_QZESpectrum::version1ValuesOverSeveralLinesLoadLikeOneLine()
+{
+    const QString oneLine = write(QStringLiteral("one-line.spectral"),
+                                  "spectral1 380 5 4 \n0.5 1 1.5 2 ");
+    const QString severalLines = write(QStringLiteral("several-lines.spectral"),
+                                       "spectral1 380 5 4 \n0.5\n1\n\n1.5 \n 2\n");
+    QZESpectrum first;
+    QZESpectrum second;
+
+    const Outcome firstOutcome = captured([&] { return first.loadNative(oneLine); });
+    const Outcome secondOutcome = captured([&] { return second.loadNative(severalLines); });
+
+    QZE_COMPARE_OUTCOME(firstOutcome, true, nativeLoadLog("spectral1", 380, 5, 4, oneLine), "");
+    QZE_COMPARE_OUTCOME(secondOutcome, true, nativeLoadLog("spectral1", 380, 5, 4, severalLines),
+                        "");
+    QZE_COMPARE_FLOATS(second.getSourceValues(), 0, 0.5, 1, 1.5, 2);
+    first.setFilename(QString());
+    second.setFilename(QString());
+    QVERIFY(first.getOptions() == second.getOptions());
+}
+
+void tst_QZESpectrum::version2EqualNeighbouringWavelengthsLoad()
+{
+    const QString name = write(QStringLiteral("repeated.spectral"),
+                               "spectral2 4 \n400 410 410 420 \n1 2 3 4 ");
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, nativeLoadLog("spectral2", 0, 0, 4, name), "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 410, 420);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3, 4);
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getNumSamples(), 4);
+}
+
+void tst_QZESpectrum::txtStartingWithHeaderWordLoadsNothing()
+{
+    const QString name = write(QStringLiteral("headed.txt"), "Wavelength Value\n400 1\n410 2\n");
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, TxtBanner, UnexpectedFormat);
+    QVERIFY(spectrum.getWavelengths().empty());
+    QVERIFY(spectrum.getSourceValues().empty());
+    QVERIFY(!spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::savedSetOneIsExactBytes()
+{
+    const QString name = path(QStringLiteral("one.spectral"));
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), QByteArray("spectral1 380 5 81 \n") + QByteArray("1 ").repeated(81));
+}
+
+// --- Messages of the file operations -------------------------------------------
+
+void tst_QZESpectrum::nativeLoadReportsEachHeaderField_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<int>("version");
+    QTest::addColumn<std::vector<double>>("wavelengths");
+
+    QString name = write(QStringLiteral("fields1.spectral"), "spectral1 400 10 3 \n1 2 3 ");
+    QTest::newRow("version 1") << name << nativeLoadLog("spectral1", 400, 10, 3, name) << 1
+                               << std::vector<double>{400, 410, 420};
+    name = write(QStringLiteral("fields2.spectral"), "spectral2 3 \n400 420 460 \n1 2 3 ");
+    QTest::newRow("version 2") << name << nativeLoadLog("spectral2", 0, 0, 3, name) << 2
+                               << std::vector<double>{400, 420, 460};
+}
+
+void tst_QZESpectrum::nativeLoadReportsEachHeaderField()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, log);
+    QFETCH(int, version);
+    QFETCH(std::vector<double>, wavelengths);
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, log, "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, wavelengths);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    QCOMPARE(spectrum.getVersionID(), version);
+    QCOMPARE(spectrum.getStartWavelength(), version == 1 ? 400 : 0);
+    QCOMPARE(spectrum.getDeltaWavelength(), version == 1 ? 10 : 0);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QCOMPARE(spectrum.getFilename(), name);
+    QVERIFY(spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::unknownVersionWordIsReported_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("word");
+
+    QTest::newRow("spectral3") << QByteArray("spectral3 3 \n1 2 3 ") << QByteArray("spectral3");
+    QTest::newRow("case matters") << QByteArray("Spectral1 380 5 3 \n1 2 3 ")
+                                  << QByteArray("Spectral1");
+    QTest::newRow("number first") << QByteArray("380 5 3 \n1 2 3 ") << QByteArray("380");
+    QTest::newRow("longer word") << QByteArray("spectral10 380 5 3 \n1 2 3 ")
+                                 << QByteArray("spectral10");
+    QTest::newRow("empty file") << QByteArray() << QByteArray();
+    QTest::newRow("word on second line") << QByteArray("\nspectral1 380 5 3 \n1 2 3 ")
+                                         << QByteArray();
+}
+
+void tst_QZESpectrum::unknownVersionWordIsReported()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, word);
+    const QString name = write(QStringLiteral("unknown.spectral"), contents);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, NativeBanner + "version: " + word + "\n", UnknownVersion);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 5, 81));
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, repeated(1.0, 81));
+    QVERIFY(!spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::decreasingWavelengthInNativeFileIsReported()
+{
+    const QString name = write(QStringLiteral("decreasing.spectral"),
+                               "spectral2 3 \n400 500 450 \n1 2 3 ");
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.setFilename(QStringLiteral("kept.spectral"));
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false,
+                        nativeHeaderLog("spectral2", 0, 0, 3)
+                            + "2 (*wavelengths)[i]: 450\n2 (*wavelengths)[i-1]: 500\n",
+                        NotIncreasing);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 500, 450);
+    QVERIFY(spectrum.getSourceValues().empty());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getFilename(), QStringLiteral("kept.spectral"));
+    QVERIFY(!spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::decreasingWavelengthInTxtFileIsReported()
+{
+    const QString name = write(QStringLiteral("decreasing.txt"), "400 1\n500 2\n450 3\n");
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.setFilename(QStringLiteral("kept.spectral"));
+
+    const Outcome outcome = captured([&] { return spectrum.loadTxt(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false,
+                        TxtBanner + "3 (*wavelengths)[i]: 450\n3 (*wavelengths)[i-1]: 500\n",
+                        NotIncreasing);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 500, 450);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2);
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getFilename(), QStringLiteral("kept.spectral"));
+    QVERIFY(!spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::emptyNameFailsAfterBanner_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<bool>("flagAfter");
+
+    QTest::newRow("loadNative") << int(LoadNative) << NativeBanner << false;
+    QTest::newRow("loadTxt") << int(LoadTxt) << TxtBanner << false;
+    QTest::newRow("save") << int(Save) << SaveBanner << true;
+}
+
+void tst_QZESpectrum::emptyNameFailsAfterBanner()
+{
+    QFETCH(int, operation);
+    QFETCH(QByteArray, log);
+    QFETCH(bool, flagAfter);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    const Outcome outcome =
+        captured([&] { return runFileOperation(spectrum, operation, QString()); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, log, "");
+    QCOMPARE(spectrum.getUseSpectrum(), flagAfter);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, repeated(1.0, 81));
+}
+
+void tst_QZESpectrum::unopenableFileFailsAfterBanner_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("log");
+
+    QVERIFY(QDir(_dir.path()).mkpath(QStringLiteral("folder.spectral")));
+    QTest::newRow("missing native") << int(LoadNative) << path(QStringLiteral("missing.spectral"))
+                                    << NativeBanner;
+    QTest::newRow("missing text") << int(LoadTxt) << path(QStringLiteral("missing.txt"))
+                                  << TxtBanner;
+    QTest::newRow("missing through load") << int(Load) << path(QStringLiteral("missing.spectral"))
+                                          << NativeBanner;
+    QTest::newRow("directory") << int(LoadNative) << path(QStringLiteral("folder.spectral"))
+                               << NativeBanner;
+}
+
+void tst_QZESpectrum::unopenableFileFailsAfterBanner()
+{
+    QFETCH(int, operation);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, log);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    const Outcome outcome = captured([&] { return runFileOperation(spectrum, operation, name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, log, "");
+    QVERIFY(!spectrum.getUseSpectrum());
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 5, 81));
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, repeated(1.0, 81));
+}
+
+void tst_QZESpectrum::saveOfUnknownVersionIsReported_data()
+{
+    QTest::addColumn<int>("version");
+
+    QTest::newRow("uninitialised") << 0;
+    QTest::newRow("version 3") << 3;
+    QTest::newRow("negative") << -1;
+}
+
+void tst_QZESpectrum::saveOfUnknownVersionIsReported()
+{
+    QFETCH(int, version);
+    const QString name = path(QStringLiteral("unknown-version.spectral"));
+    QZESpectrum spectrum = stateOf(true, version, 3);
+
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, saveStartLog(name) + "Unknown Spectrum File Version!\n",
+                        "");
+}
+
+void tst_QZESpectrum::saveToUnwritablePathFailsAfterName_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QVERIFY(QDir(_dir.path()).mkpath(QStringLiteral("target.spectral")));
+    QTest::newRow("missing directory") << path(QStringLiteral("no/such/dir/out.spectral"));
+    QTest::newRow("directory as target") << path(QStringLiteral("target.spectral"));
+}
+
+void tst_QZESpectrum::saveToUnwritablePathFailsAfterName()
+{
+    QFETCH(QString, name);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, saveStartLog(name), "");
+}
+
+void tst_QZESpectrum::loadWithUnknownSuffixPrintsNothing_data()
+{
+    QTest::addColumn<QString>("name");
+
+    const QByteArray native("spectral1 400 10 3 \n1 2 3 ");
+    QTest::newRow("dat") << write(QStringLiteral("lamp.dat"), native);
+    QTest::newRow("spectra") << write(QStringLiteral("lamp.spectra"), native);
+    QTest::newRow("no dot before txt") << write(QStringLiteral("lamp_txt"), native);
+    QTest::newRow("missing file") << path(QStringLiteral("missing.csv"));
+    QTest::newRow("empty name") << QString();
+}
+
+void tst_QZESpectrum::loadWithUnknownSuffixPrintsNothing()
+{
+    QFETCH(QString, name);
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, "", "");
+    QVERIFY(spectrum.getWavelengths().empty());
+}
+
+void tst_QZESpectrum::loadDispatchesBySuffix_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("log");
+
+    const QByteArray native("spectral1 400 10 3 \n1 2 3 ");
+    const QByteArray text("400 1\n410 2\n420 3\n");
+    const auto nativeRow = [&](const char* row, const QString& file) {
+        const QString name = write(file, native);
+        QTest::newRow(row) << name << nativeLoadLog("spectral1", 400, 10, 3, name);
+    };
+    const auto textRow = [&](const char* row, const QString& file) {
+        const QString name = write(file, text);
+        QTest::newRow(row) << name << txtLoadLog(name);
+    };
+    nativeRow("lower-case spectral", QStringLiteral("a.spectral"));
+    nativeRow("upper-case spectral", QStringLiteral("B.SPECTRAL"));
+    nativeRow("spectral after txt", QStringLiteral("c.txt.spectral"));
+    nativeRow("spectral before txt", QStringLiteral("d.spectral.txt"));
+    textRow("upper-case txt", QStringLiteral("DATA.TXT"));
+    textRow("mixed-case txt", QStringLiteral("data.Txt"));
+    textRow("txt inside the name", QStringLiteral("data.txt.old"));
+}
+
+void tst_QZESpectrum::loadDispatchesBySuffix()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, log);
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, log, "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 420);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+}
+
+// --- The reset rule --------------------------------------------------------------
+
+// Were the reset's own set() to go through the rule again, the state would
+// still match and these calls would never return.
+void tst_QZESpectrum::resetOnSetUseSpectrumFillsOneWithoutRecursing_data()
+{
+    QTest::addColumn<bool>("flag");
+
+    QTest::newRow("cleared") << false;
+    QTest::newRow("kept") << true;
+}
+
+void tst_QZESpectrum::resetOnSetUseSpectrumFillsOneWithoutRecursing()
+{
+    QFETCH(bool, flag);
+    QZESpectrum spectrum = stateOf(true, 0, 3);
+
+    spectrum.setUseSpectrum(flag);
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QCOMPARE(spectrum.getUseSpectrum(), flag);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(0.5, 40));
+}
+
+void tst_QZESpectrum::resetOnSetNumSamplesFillsOneAndClearsFlag()
+{
+    QZESpectrum spectrum = stateOf(true, 2, 0);
+
+    spectrum.setNumSamples(7);
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getNumSamples(), 7);
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(0.5, 40));
+}
+
+void tst_QZESpectrum::setUseSpectrumOutsideResetStateOnlyStoresFlag_data()
+{
+    QTest::addColumn<bool>("flagBefore");
+    QTest::addColumn<int>("version");
+    QTest::addColumn<int>("bandCount");
+    QTest::addColumn<bool>("flag");
+
+    QTest::newRow("flag clear") << false << 0 << 40 << true;
+    QTest::newRow("39 bands") << true << 0 << 39 << false;
+    QTest::newRow("version 1") << true << 1 << 40 << false;
+    QTest::newRow("version 2") << true << 2 << 40 << false;
+}
+
+void tst_QZESpectrum::setUseSpectrumOutsideResetStateOnlyStoresFlag()
+{
+    QFETCH(bool, flagBefore);
+    QFETCH(int, version);
+    QFETCH(int, bandCount);
+    QFETCH(bool, flag);
+    QZESpectrum spectrum = stateOf(flagBefore, version, 3, bandCount);
+    QZESpectrum::Options expected = spectrum.getOptions();
+    std::get<0>(expected) = flag;
+
+    spectrum.setUseSpectrum(flag);
+
+    QVERIFY(spectrum.getOptions() == expected);
+}
+
+void tst_QZESpectrum::setNumSamplesOutsideResetStateOnlyStoresCount_data()
+{
+    QTest::addColumn<bool>("flag");
+    QTest::addColumn<int>("countBefore");
+    QTest::addColumn<int>("bandCount");
+
+    QTest::newRow("flag clear") << false << 0 << 40;
+    QTest::newRow("39 bands") << true << 0 << 39;
+    QTest::newRow("count 3") << true << 3 << 40;
+}
+
+void tst_QZESpectrum::setNumSamplesOutsideResetStateOnlyStoresCount()
+{
+    QFETCH(bool, flag);
+    QFETCH(int, countBefore);
+    QFETCH(int, bandCount);
+    QZESpectrum spectrum = stateOf(flag, 2, countBefore, bandCount);
+    QZESpectrum::Options expected = spectrum.getOptions();
+    std::get<5>(expected) = 7;
+
+    spectrum.setNumSamples(7);
+
+    QVERIFY(spectrum.getOptions() == expected);
+}
+
+// set() raises the flag by the rule: a version-0 state is reset to 1.0 on
+// 380, 5, 81 before set() stores its own grid fields and count.
+void tst_QZESpectrum::setRaisesFlagByResetRule()
+{
+    QZESpectrum spectrum = stateOf(true, 0, 3);
+
+    spectrum.set(0.25f, 400, 10, 3);
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getDeltaWavelength(), 10);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+}
+
+void tst_QZESpectrum::countStepsApplyResetRule_data()
+{
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("set") << int(SetStep) << 3;
+    QTest::newRow("resampleSource") << int(ResampleSourceStep) << 4;
+    QTest::newRow("add of disjoint ranges") << int(MergeStep) << 5;
+}
+
+void tst_QZESpectrum::countStepsApplyResetRule()
+{
+    QFETCH(int, step);
+    QFETCH(int, count);
+    QZESpectrum spectrum = stateOf(true, 2, 0);
+    QZESpectrum other = loaded({700, 710}, {1, 2});
+
+    switch (step) {
+    case SetStep:
+        spectrum.set(0.25f, 400, 10, 3);
+        break;
+    case ResampleSourceStep:
+        spectrum.resampleSource(400, 50, 4);
+        break;
+    default:
+        spectrum.add(other);
+    }
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getNumSamples(), count);
+}
+
+void tst_QZESpectrum::fileLoadSetsCountByResetRule()
+{
+    const QString name = write(QStringLiteral("rule.spectral"), "spectral1 400 10 3 \n1 2 3 ");
+    QZESpectrum spectrum = stateOf(true, 2, 0);
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    // The report names the file read, even though the reset has cleared the
+    // filename field since.
+    QZE_COMPARE_OUTCOME(outcome, true, nativeLoadLog("spectral1", 400, 10, 3, name), "");
+}
+
+void tst_QZESpectrum::failedLoadClearsFlagByResetRule()
+{
+    QZESpectrum spectrum = stateOf(true, 0, 3);
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(QString()); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, NativeBanner, "");
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+}
+
+// Source 1, 2, 3 at 400, 450, 500 nm: bands 1 below, 3 above, and the mean of
+// the line 1 + (x - 400) / 50 over [400, 410) in between.
+void tst_QZESpectrum::arrayLoadLeavesSpectrumActiveWithCount_data()
+{
+    QTest::addColumn<bool>("fresh");
+
+    QTest::newRow("fresh") << true;
+    QTest::newRow("stale bands without count") << false;
+}
+
+void tst_QZESpectrum::arrayLoadLeavesSpectrumActiveWithCount()
+{
+    QFETCH(bool, fresh);
+    QZESpectrum spectrum = fresh ? QZESpectrum() : stateOf(false, 0, 0);
+    const float wavelengths[] = {400.0f, 450.0f, 500.0f};
+    const float values[] = {1.0f, 2.0f, 3.0f};
+
+    const Outcome outcome = captured([&] { return spectrum.load(3, wavelengths, values); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, "", "");
+    QVERIFY(spectrum.isActive());
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getStartWavelength(), 0);
+    QCOMPARE(spectrum.getDeltaWavelength(), 0);
+    QCOMPARE(spectrum.getFilename(), QString());
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 450, 500);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    const std::vector<float>& bands = spectrum.getSamples();
+    QCOMPARE(bands.size(), size_t(40));
+    QCOMPARE(bands[0], 1.0f);
+    QCOMPARE(bands[2], 1.1f);
+    QCOMPARE(bands[12], 3.0f);
+}
+
+void tst_QZESpectrum::uniformArrayLoadStoresCountDirectly_data()
+{
+    arrayLoadLeavesSpectrumActiveWithCount_data();
+}
+
+void tst_QZESpectrum::uniformArrayLoadStoresCountDirectly()
+{
+    QFETCH(bool, fresh);
+    QZESpectrum spectrum = fresh ? QZESpectrum() : stateOf(false, 0, 0);
+    const float values[] = {1.0f, 2.0f, 3.0f};
+
+    const Outcome outcome = captured([&] { return spectrum.load(400, 50, 3, values); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, "", "");
+    QVERIFY(spectrum.isActive());
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getDeltaWavelength(), 50);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 450, 500);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    const std::vector<float>& bands = spectrum.getSamples();
+    QCOMPARE(bands.size(), size_t(40));
+    QCOMPARE(bands[0], 1.0f);
+    QCOMPARE(bands[2], 1.1f);
+    QCOMPARE(bands[12], 3.0f);
+}
+
+// --- Building and resampling -------------------------------------------------------
+
+void tst_QZESpectrum::defaultSpectrumIsUninitialised()
+{
+    const QZESpectrum spectrum;
+
+    QVERIFY(spectrum.getOptions()
+            == QZESpectrum::Options(false, std::string(), 0, 380, 0, 0, {}, {}, {}));
+    QVERIFY(!spectrum.isInitialized());
+    QVERIFY(!spectrum.isActive());
+}
+
+void tst_QZESpectrum::setFillsGridWithoutBands()
+{
+    QZESpectrum spectrum(false, "old.spectral", 2, 0, 0, 2, {400.0f, 500.0f}, {1.0f, 2.0f},
+                         {7.0f, 8.0f, 9.0f});
+
+    spectrum.set(0.25f, 400, 20, 4);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 420, 440, 460);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, repeated(0.25, 4));
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, 7, 8, 9);
+    QVERIFY(spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getFilename(), QString());
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getDeltaWavelength(), 20);
+    QCOMPARE(spectrum.getNumSamples(), 4);
+}
+
+// Source 1, 3, 2 at 385, 402, 430 nm; the bands are integrals of the two line
+// segments, with the constant 1 below 385 nm and 2 above 430 nm.
+void tst_QZESpectrum::resampleMatchesHandIntegralOfIrregularSpectrum()
+{
+    QZESpectrum spectrum = loaded({385, 402, 430}, {1, 3, 2});
+    spectrum.resample();
+
+    const auto rising = [](double x) { return 1.0 + (x - 385.0) * 2.0 / 17.0; }; // 385 to 402
+    const auto falling = [](double x) { return 3.0 - (x - 402.0) / 28.0; };      // 402 to 430
+    const auto trapezoid = [](double a, double va, double b, double vb) {
+        return (b - a) * (va + vb) / 2.0;
+    };
+    std::vector<double> expected(40, 2.0);
+    expected[0] = (5.0 * 1.0 + trapezoid(385, 1.0, 390, rising(390))) / 10.0;
+    expected[1] = trapezoid(390, rising(390), 400, rising(400)) / 10.0;
+    expected[2] = (trapezoid(400, rising(400), 402, 3.0) + trapezoid(402, 3.0, 410, falling(410)))
+                  / 10.0;
+    expected[3] = trapezoid(410, falling(410), 420, falling(420)) / 10.0;
+    expected[4] = trapezoid(420, falling(420), 430, 2.0) / 10.0;
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 1e-6, expected);
+    // The same bands as fractions: 1 + 2.5/17, 37/17, (98/17 + 160/7)/10, 71/28, 61/28.
+    QZE_COMPARE_FLOATS(std::vector<float>(spectrum.getSamples().begin(),
+                                          spectrum.getSamples().begin() + 5),
+                       1e-6, 1.0 + 2.5 / 17.0, 37.0 / 17.0, (98.0 / 17.0 + 160.0 / 7.0) / 10.0,
+                       71.0 / 28.0, 61.0 / 28.0);
+}
+
+void tst_QZESpectrum::resampleOfEmptySourceKeepsBands()
+{
+    QZESpectrum noWavelengths(true, std::string(), 1, 380, 5, 1, {}, {1.0f}, {5.0f, 6.0f});
+    QZESpectrum noValues(true, std::string(), 1, 380, 5, 1, {400.0f}, {}, {5.0f, 6.0f});
+
+    noWavelengths.resample();
+    noValues.resample();
+
+    QZE_COMPARE_FLOATS(noWavelengths.getSamples(), 0, 5, 6);
+    QZE_COMPARE_FLOATS(noValues.getSamples(), 0, 5, 6);
+}
+
+// Source 1, 3, 0 at 400, 420, 450 nm onto 380, 10, 9.
+void tst_QZESpectrum::resampleSourceInterpolatesAndExtendsEnds()
+{
+    QZESpectrum spectrum = loaded({400, 420, 450}, {1, 3, 0});
+    const std::vector<float> bands = spectrum.getSamples();
+
+    spectrum.resampleSource(380, 10, 9);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 10, 9));
+    // 380, 390 before the first sample; 400, 420, 450 exact; 410 halfway up
+    // to 3; 430 and 440 a third and two thirds of the way down to 0; 460 after.
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 1e-6, 1, 1, 1, 2, 3, 2, 1, 0, 0);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 10);
+    QCOMPARE(spectrum.getNumSamples(), 9);
+    QVERIFY(spectrum.getSamples() == bands);
+}
+
+// A repeated wavelength is a step: a grid point on it takes the first of the
+// two samples, and the segment after the step starts from the second.
+void tst_QZESpectrum::resampleSourceTakesFirstSampleAtExactHit()
+{
+    QZESpectrum spectrum = loaded({400, 410, 410, 420}, {1, 2, 5, 6});
+
+    spectrum.resampleSource(400, 5, 5);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 1.5, 2, 5.5, 6);
+}
+
+void tst_QZESpectrum::resampleSourceOfSingleSampleIsConstant()
+{
+    QZESpectrum spectrum = loaded({500}, {0.25});
+
+    spectrum.resampleSource(380, 100, 3);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 380, 480, 580);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 0.25, 0.25, 0.25);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+}
+
+void tst_QZESpectrum::resampleSourceOfEmptySourceChangesNothing()
+{
+    QZESpectrum spectrum;
+
+    spectrum.resampleSource(380, 5, 81);
+
+    QVERIFY(spectrum.getOptions() == QZESpectrum().getOptions());
+}
+
+// --- Arithmetic --------------------------------------------------------------------
+
+void tst_QZESpectrum::addOnSameGridSumsDirectly()
+{
+    QZESpectrum spectrum = onGrid(400, 10, {1, 2, 3});
+    QZESpectrum other = onGrid(400, 10, {0.5, 0.25, 0.125});
+    const std::vector<float> bands = spectrum.getSamples();
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1.5, 2.25, 3.125);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 420);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getDeltaWavelength(), 10);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QVERIFY(spectrum.getSamples() == bands);
+}
+
+// This spectrum (1, 2, 3 at 400, 410, 420 nm) on the other's grid 380, 20, 4
+// is 1, 1, 3, 3.
+void tst_QZESpectrum::addResamplesThisOntoCoveringOther()
+{
+    QZESpectrum spectrum = onGrid(400, 10, {1, 2, 3});
+    QZESpectrum other = onGrid(380, 20, {0, 2, 4, 6});
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 380, 400, 420, 440);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 3, 7, 9);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 20);
+    QCOMPARE(spectrum.getNumSamples(), 4);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 0, 0, 2, 4, 6);
+}
+
+void tst_QZESpectrum::addResamplesOtherOntoCoveredGrid()
+{
+    QZESpectrum spectrum = onGrid(380, 20, {0, 2, 4, 6});
+    QZESpectrum other = onGrid(400, 10, {1, 2, 3});
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 380, 400, 420, 440);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 3, 7, 9);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 20);
+    QCOMPARE(spectrum.getNumSamples(), 4);
+    QZE_COMPARE_FLOATS(other.getWavelengths(), 0, 380, 400, 420, 440);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 0, 1, 1, 3, 3);
+    QCOMPARE(other.getStartWavelength(), 380);
+    QCOMPARE(other.getDeltaWavelength(), 20);
+    QCOMPARE(other.getNumSamples(), 4);
+}
+
+// 0, 2, 4 at 400, 450, 500 nm and 1, 3, 5 at 450, 500, 550 nm overlap without
+// either covering the other: both go onto 380, 5, 81.
+void tst_QZESpectrum::addResamplesBothWhenNeitherCovers()
+{
+    QZESpectrum spectrum = onGrid(400, 50, {0, 2, 4});
+    QZESpectrum other = onGrid(450, 50, {1, 3, 5});
+
+    spectrum.add(other);
+
+    const auto first = [](double x) { return x <= 400 ? 0.0 : x >= 500 ? 4.0 : (x - 400) * 0.04; };
+    const auto second = [](double x) {
+        return x <= 450 ? 1.0 : x >= 550 ? 5.0 : 1.0 + (x - 450) * 0.04;
+    };
+    std::vector<double> sum;
+    std::vector<double> otherOnGrid;
+    for (double x : gridOf(380, 5, 81)) {
+        sum.push_back(first(x) + second(x));
+        otherOnGrid.push_back(second(x));
+    }
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 5, 81));
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 1e-6, sum);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 1e-6, otherOnGrid);
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), 380);
+    QCOMPARE(spectrum.getDeltaWavelength(), 5);
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QCOMPARE(other.getNumSamples(), 81);
+}
+
+void tst_QZESpectrum::addMergesDisjointRanges_data()
+{
+    QTest::addColumn<std::vector<double>>("thisWavelengths");
+    QTest::addColumn<std::vector<double>>("thisValues");
+    QTest::addColumn<std::vector<double>>("otherWavelengths");
+    QTest::addColumn<std::vector<double>>("otherValues");
+    QTest::addColumn<std::vector<double>>("wavelengths");
+    QTest::addColumn<std::vector<double>>("values");
+    QTest::addColumn<int>("start");
+
+    using V = std::vector<double>;
+    QTest::newRow("this below other") << V{400, 410, 420} << V{1, 2, 3} << V{450, 460} << V{5, 6}
+                                      << V{400, 410, 420, 450, 460} << V{1, 2, 3, 5, 6} << 400;
+    QTest::newRow("other below this") << V{450, 460} << V{5, 6} << V{400, 410, 420} << V{1, 2, 3}
+                                      << V{400, 410, 420, 450, 460} << V{1, 2, 3, 5, 6} << 400;
+    QTest::newRow("seam at this end") << V{400, 410, 420} << V{1, 2, 3} << V{420, 430}
+                                      << V{10, 20} << V{400, 410, 420, 430} << V{1, 2, 3, 20}
+                                      << 400;
+    QTest::newRow("seam at this start") << V{420, 430} << V{10, 20} << V{400, 410, 420}
+                                        << V{1, 2, 3} << V{400, 410, 420, 430} << V{1, 2, 10, 20}
+                                        << 400;
+    QTest::newRow("seam with a single sample") << V{400, 410} << V{1, 2} << V{410} << V{7}
+                                               << V{400, 410} << V{1, 2} << 400;
+    QTest::newRow("equal wavelength before this end sums")
+        << V{400, 410, 420, 420} << V{1, 2, 3, 4} << V{420, 430} << V{10, 20}
+        << V{400, 410, 420, 420, 430} << V{1, 2, 13, 4, 20} << 400;
+    QTest::newRow("equal wavelength before other end sums")
+        << V{420, 430} << V{10, 20} << V{400, 420, 420} << V{1, 2, 3}
+        << V{400, 420, 420, 430} << V{1, 12, 3, 20} << 400;
+    QTest::newRow("start truncated") << V{400.7, 410} << V{1, 2} << V{380.9, 390} << V{3, 4}
+                                     << V{380.9, 390, 400.7, 410} << V{3, 4, 1, 2} << 380;
+}
+
+void tst_QZESpectrum::addMergesDisjointRanges()
+{
+    QFETCH(std::vector<double>, thisWavelengths);
+    QFETCH(std::vector<double>, thisValues);
+    QFETCH(std::vector<double>, otherWavelengths);
+    QFETCH(std::vector<double>, otherValues);
+    QFETCH(std::vector<double>, wavelengths);
+    QFETCH(std::vector<double>, values);
+    QFETCH(int, start);
+    QZESpectrum spectrum = loaded(thisWavelengths, thisValues);
+    QZESpectrum other = loaded(otherWavelengths, otherValues);
+    const std::vector<float> bands = spectrum.getSamples();
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, wavelengths);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, values);
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getStartWavelength(), start);
+    QCOMPARE(spectrum.getDeltaWavelength(), 0);
+    QCOMPARE(spectrum.getNumSamples(), int(wavelengths.size()));
+    QVERIFY(spectrum.getUseSpectrum());
+    QVERIFY(spectrum.getSamples() == bands);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 0, otherValues);
+}
+
+void tst_QZESpectrum::addLowersBrighterSideOfTxtSeam_data()
+{
+    QTest::addColumn<QByteArray>("thisText");
+    QTest::addColumn<QByteArray>("otherText");
+    QTest::addColumn<std::vector<double>>("wavelengths");
+    QTest::addColumn<std::vector<double>>("values");
+    QTest::addColumn<std::vector<double>>("otherValues");
+
+    using V = std::vector<double>;
+    // Ratio 4 / 2 at 420 nm: this spectrum is halved.
+    QTest::newRow("this brighter") << QByteArray("400 1\n410 2\n420 4\n")
+                                   << QByteArray("420 2\n430 3\n") << V{400, 410, 420, 430}
+                                   << V{0.5, 1, 2, 3} << V{2, 3};
+    // Ratio 1 / 4 at 420 nm: the other spectrum is quartered.
+    QTest::newRow("other brighter") << QByteArray("400 1\n410 2\n420 1\n")
+                                    << QByteArray("420 4\n430 8\n") << V{400, 410, 420, 430}
+                                    << V{1, 2, 1, 2} << V{1, 2};
+    // Ratio 6 / 3 where this spectrum starts at the other's end.
+    QTest::newRow("this after other") << QByteArray("420 6\n430 3\n")
+                                      << QByteArray("400 1\n410 2\n420 3\n")
+                                      << V{400, 410, 420, 430} << V{1, 2, 3, 1.5} << V{1, 2, 3};
+}
+
+void tst_QZESpectrum::addLowersBrighterSideOfTxtSeam()
+{
+    QFETCH(QByteArray, thisText);
+    QFETCH(QByteArray, otherText);
+    QFETCH(std::vector<double>, wavelengths);
+    QFETCH(std::vector<double>, values);
+    QFETCH(std::vector<double>, otherValues);
+    const QString thisName = write(QStringLiteral("seam-a.txt"), thisText);
+    const QString otherName = write(QStringLiteral("seam-b.TXT"), otherText);
+    QZESpectrum spectrum;
+    QZESpectrum other;
+
+    const Outcome thisOutcome = captured([&] { return spectrum.loadTxt(thisName); });
+    const Outcome otherOutcome = captured([&] { return other.loadTxt(otherName); });
+    QZE_COMPARE_OUTCOME(thisOutcome, true, txtLoadLog(thisName), "");
+    QZE_COMPARE_OUTCOME(otherOutcome, true, txtLoadLog(otherName), "");
+    spectrum.resample();
+    other.resample();
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, wavelengths);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, values);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 0, otherValues);
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getNumSamples(), 4);
+}
+
+void tst_QZESpectrum::addMatchesSeamOnlyWhenBothAreTxt()
+{
+    const QString textName = write(QStringLiteral("plain-a.txt"), "400 1\n410 2\n420 4\n");
+    const QString nativeName = write(QStringLiteral("plain-b.spectral"),
+                                     "spectral2 2 \n420 430 \n2 3 ");
+    QZESpectrum spectrum;
+    QZESpectrum other;
+    const Outcome thisOutcome = captured([&] { return spectrum.loadTxt(textName); });
+    const Outcome otherOutcome = captured([&] { return other.loadNative(nativeName); });
+    QZE_COMPARE_OUTCOME(thisOutcome, true, txtLoadLog(textName), "");
+    QZE_COMPARE_OUTCOME(otherOutcome, true, nativeLoadLog("spectral2", 0, 0, 2, nativeName), "");
+    spectrum.resample();
+    other.resample();
+
+    spectrum.add(other);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 4, 3);
+    QZE_COMPARE_FLOATS(other.getSourceValues(), 0, 2, 3);
+}
+
+void tst_QZESpectrum::scaleMultipliesFirstCountValues()
+{
+    QZESpectrum spectrum = withFortyBands(true, 2, {1.0f, 2.0f, 3.0f});
+
+    spectrum.scale(2.5f);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 2.5, 5, 3);
+}
+
+void tst_QZESpectrum::scaleNeedsBandsAndCount_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("bandCount");
+
+    QTest::newRow("39 bands") << 3 << 39;
+    QTest::newRow("count 0") << 0 << 40;
+}
+
+void tst_QZESpectrum::scaleNeedsBandsAndCount()
+{
+    QFETCH(int, count);
+    QFETCH(int, bandCount);
+    QZESpectrum spectrum(true, std::string(), 1, 400, 10, count, {400.0f, 410.0f, 420.0f},
+                         {1.0f, 2.0f, 3.0f}, std::vector<float>(size_t(bandCount), 0.5f));
+
+    spectrum.scale(2.0f);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+}
+
+void tst_QZESpectrum::getSumAddsFortyBands()
+{
+    std::vector<float> bands;
+    for (int k = 0; k < 40; ++k)
+        bands.push_back(0.5f * float(k));
+    const QZESpectrum active(true, std::string(), 1, 380, 5, 1, {380.0f}, {1.0f}, bands);
+    const QZESpectrum inactive(false, std::string(), 1, 380, 5, 1, {380.0f}, {1.0f}, bands);
+
+    QCOMPARE(active.getSum(), float(0.5 * 39 * 40 / 2));
+    QCOMPARE(inactive.getSum(), 0.0f);
+}
+
+void tst_QZESpectrum::getMaxValueLooksAtFirstCountValues_data()
+{
+    QTest::addColumn<std::vector<double>>("values");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<double>("expected");
+
+    using V = std::vector<double>;
+    QTest::newRow("largest within count") << V{3, 9, 5, 100} << 3 << 9.0;
+    QTest::newRow("all values") << V{3, 9, 5, 100} << 4 << 100.0;
+    QTest::newRow("count 1 takes first") << V{3, 9} << 1 << 3.0;
+    QTest::newRow("count 0 takes first") << V{3, 9} << 0 << 3.0;
+    QTest::newRow("negative values") << V{-2, -1, -5} << 3 << -1.0;
+}
+
+void tst_QZESpectrum::getMaxValueLooksAtFirstCountValues()
+{
+    QFETCH(std::vector<double>, values);
+    QFETCH(int, count);
+    QFETCH(double, expected);
+    const QZESpectrum spectrum = withFortyBands(true, count, floatsOf(values));
+
+    QCOMPARE(spectrum.getMaxValue(), float(expected));
+}
+
+void tst_QZESpectrum::getMaxValueOfInactiveSpectrumIsZero()
+{
+    const QZESpectrum cleared = withFortyBands(false, 2, {3.0f, 9.0f});
+    QZESpectrum withoutBands;
+    withoutBands.set(4.0f, 380, 5, 3);
+
+    QCOMPARE(cleared.getMaxValue(), 0.0f);
+    QCOMPARE(withoutBands.getMaxValue(), 0.0f);
+}
+
+void tst_QZESpectrum::getPhotometricValueSumsSquaredBands()
+{
+    std::vector<float> bands;
+    for (int k = 0; k < 40; ++k)
+        bands.push_back(0.1f * float(k));
+    const QZESpectrum active(true, std::string(), 1, 380, 5, 1, {380.0f}, {1.0f}, bands);
+    const QZESpectrum inactive(false, std::string(), 1, 380, 5, 1, {380.0f}, {1.0f}, bands);
+
+    // 0.01 times the sum of k^2 for k = 0..39, 39 * 40 * 79 / 6.
+    QZE_COMPARE_FLOATS(std::vector<float>{active.getPhotometricValue()}, 1e-5,
+                       0.01 * 39 * 40 * 79 / 6);
+    QCOMPARE(inactive.getPhotometricValue(), 0.0f);
+}
+
+// Forty bands of 0.5 weigh 40 * 0.25 = 10.
+void tst_QZESpectrum::setPhotometricValueScalesSourceByRatio()
+{
+    QZESpectrum spectrum = withFortyBands(true, 3, {1.0f, 2.0f, 3.0f});
+
+    spectrum.setPhotometricValue(5.0f);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 1e-7, 0.5, 1, 1.5);
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(0.5, 40));
+}
+
+void tst_QZESpectrum::setPhotometricValueOnFreshSpectrumSetsOne()
+{
+    QZESpectrum spectrum;
+
+    spectrum.setPhotometricValue(5.0f);
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QVERIFY(spectrum.getSamples().empty());
+}
+
+void tst_QZESpectrum::setPhotometricValueOnInactiveSpectrumSetsOneThenScales()
+{
+    QZESpectrum spectrum = withFortyBands(false, 3, {1.0f, 2.0f, 3.0f});
+
+    spectrum.setPhotometricValue(5.0f);
+
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, gridOf(380, 5, 81));
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 1e-7, repeated(5.0 / 10.0, 81));
+    QVERIFY(spectrum.isActive());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+}
+
+// Zero bands weigh nothing, so the constant 1.0 is set; with no count the
+// reset rule then clears the flag and nothing is scaled.
+void tst_QZESpectrum::setPhotometricValueStopsWhenResetClearsFlag()
+{
+    QZESpectrum spectrum = withFortyBands(true, 0, {1.0f, 2.0f, 3.0f}, 0.0f);
+
+    spectrum.setPhotometricValue(5.0f);
+
+    QZE_VERIFY_RESET_TO_ONE(spectrum);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+}
+
+// --- Value semantics ---------------------------------------------------------------
+
+namespace {
+
+QZESpectrum::Options distinctOptions()
+{
+    return QZESpectrum::Options(true, "gr\xc3\xbcn.spectral", 2, 385, 7, 3,
+                                {400.0f, 450.0f, 500.0f}, {0.1f, 0.2f, 0.3f},
+                                std::vector<float>(40, 0.25f));
+}
+
+} // namespace
+
+void tst_QZESpectrum::copyTakesAllMembers()
+{
+    const QZESpectrum source(distinctOptions());
+    QZESpectrum target;
+    target.setOne();
+
+    QVERIFY(target.copy(source));
+
+    QVERIFY(target.getOptions() == distinctOptions());
+}
+
+void tst_QZESpectrum::selfCopyKeepsEverything()
+{
+    QZESpectrum spectrum(distinctOptions());
+    const QZESpectrum& alias = spectrum;
+
+    QVERIFY(spectrum.copy(alias));
+
+    QVERIFY(spectrum.getOptions() == distinctOptions());
+}
+
+void tst_QZESpectrum::copyConstructorTakesAllMembers()
+{
+    const QZESpectrum source(distinctOptions());
+
+    const QZESpectrum copy(source);
+
+    QVERIFY(copy.getOptions() == distinctOptions());
+}
+
+void tst_QZESpectrum::optionsRoundTripThroughTupleConstructor()
+{
+    const QZESpectrum spectrum(distinctOptions());
+
+    QVERIFY(spectrum.getOptions() == distinctOptions());
+    QVERIFY(spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getFilename(), QStringLiteral("gr\u00fcn.spectral"));
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getStartWavelength(), 385);
+    QCOMPARE(spectrum.getDeltaWavelength(), 7);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 450, 500);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 0.1, 0.2, 0.3);
+    QZE_COMPARE_FLOATS(spectrum.getSamples(), 0, repeated(0.25, 40));
+}
+
+void tst_QZESpectrum::nineValueConstructorStoresInOrder()
+{
+    const QZESpectrum spectrum(true, "gr\xc3\xbcn.spectral", 2, 385, 7, 3,
+                               {400.0f, 450.0f, 500.0f}, {0.1f, 0.2f, 0.3f},
+                               std::vector<float>(40, 0.25f));
+
+    QVERIFY(spectrum.getOptions() == distinctOptions());
+    QCOMPARE(spectrum.getStartWavelength(), 385);
+    QCOMPARE(spectrum.getDeltaWavelength(), 7);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+}
+
+void tst_QZESpectrum::isActiveNeedsFlagAndFortyBands_data()
+{
+    QTest::addColumn<bool>("flag");
+    QTest::addColumn<int>("bandCount");
+    QTest::addColumn<bool>("active");
+
+    QTest::newRow("flag and 40 bands") << true << 40 << true;
+    QTest::newRow("flag and 41 bands") << true << 41 << true;
+    QTest::newRow("flag and 39 bands") << true << 39 << false;
+    QTest::newRow("flag without bands") << true << 0 << false;
+    QTest::newRow("40 bands without flag") << false << 40 << false;
+}
+
+void tst_QZESpectrum::isActiveNeedsFlagAndFortyBands()
+{
+    QFETCH(bool, flag);
+    QFETCH(int, bandCount);
+    QFETCH(bool, active);
+
+    QCOMPARE(stateOf(flag, 1, 3, bandCount).isActive(), active);
+}
+
+void tst_QZESpectrum::isInitializedMeansNonZeroVersion_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::addColumn<bool>("initialized");
+
+    QTest::newRow("0") << 0 << false;
+    QTest::newRow("1") << 1 << true;
+    QTest::newRow("2") << 2 << true;
+    QTest::newRow("-1") << -1 << true;
+}
+
+void tst_QZESpectrum::isInitializedMeansNonZeroVersion()
+{
+    QFETCH(int, version);
+    QFETCH(bool, initialized);
+
+    QCOMPARE(stateOf(false, version, 3).isInitialized(), initialized);
+}
+
+void tst_QZESpectrum::filenameIsStoredAsUtf8()
+{
+    QZESpectrum spectrum;
+
+    spectrum.setFilename(QStringLiteral("gr\u00fcn \u263c.spectral"));
+
+    QCOMPARE(QByteArray::fromStdString(std::get<1>(spectrum.getOptions())),
+             QByteArray("gr\xc3\xbcn \xe2\x98\xbc.spectral"));
+    QCOMPARE(spectrum.getFilename(), QStringLiteral("gr\u00fcn \u263c.spectral"));
+}
+
+// --- Files -------------------------------------------------------------------------
+
+void tst_QZESpectrum::version1RoundTripKeepsSixDigitValues()
+{
+    const QString name = path(QStringLiteral("round-trip1.spectral"));
+    const QZESpectrum original = onGrid(400, 10, {0.94, 0.000001, 412.90323, -2.5});
+    QZESpectrum saved(original);
+    QZESpectrum read;
+
+    const Outcome saveOutcome = captured([&] { return saved.save(name); });
+    const Outcome loadOutcome = captured([&] { return read.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(saveOutcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), QByteArray("spectral1 400 10 4 \n0.94 1e-06 412.903 -2.5 "));
+    QZE_COMPARE_OUTCOME(loadOutcome, true, nativeLoadLog("spectral1", 400, 10, 4, name), "");
+    QZE_COMPARE_FLOATS(read.getWavelengths(), 0, 400, 410, 420, 430);
+    QZE_COMPARE_FLOATS(read.getSourceValues(), 0, 0.94, 1e-06, 412.903, -2.5);
+    QCOMPARE(read.getVersionID(), 1);
+    QCOMPARE(read.getNumSamples(), 4);
+    QCOMPARE(read.getFilename(), name);
+    QVERIFY(read.getUseSpectrum());
+    QVERIFY(saved.getOptions() == original.getOptions());
+}
+
+void tst_QZESpectrum::version2RoundTripKeepsWavelengthsAndValues()
+{
+    const QString name = path(QStringLiteral("round-trip2.spectral"));
+    QZESpectrum saved = loaded({385.5, 402, 430.25}, {0.94, 0.000001, 412.90323});
+    QZESpectrum read;
+
+    const Outcome saveOutcome = captured([&] { return saved.save(name); });
+    const Outcome loadOutcome = captured([&] { return read.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(saveOutcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), QByteArray("spectral2 3 \n385.5 402 430.25 \n0.94 1e-06 412.903 "));
+    QZE_COMPARE_OUTCOME(loadOutcome, true, nativeLoadLog("spectral2", 0, 0, 3, name), "");
+    QZE_COMPARE_FLOATS(read.getWavelengths(), 0, 385.5, 402, 430.25);
+    QZE_COMPARE_FLOATS(read.getSourceValues(), 0, 0.94, 1e-06, 412.903);
+    QCOMPARE(read.getVersionID(), 2);
+    QCOMPARE(read.getStartWavelength(), 0);
+    QCOMPARE(read.getDeltaWavelength(), 0);
+    QCOMPARE(read.getNumSamples(), 3);
+}
+
+// The general format with six significant digits and no trailing zeros.
+void tst_QZESpectrum::valuesAreWrittenWithSixSignificantDigits_data()
+{
+    QTest::addColumn<float>("value");
+    QTest::addColumn<QByteArray>("text");
+
+    QTest::newRow("0.94") << 0.94f << QByteArray("0.94");
+    QTest::newRow("0.000001") << 0.000001f << QByteArray("1e-06");
+    QTest::newRow("0.00001") << 0.00001f << QByteArray("1e-05");
+    QTest::newRow("0.0001") << 0.0001f << QByteArray("0.0001");
+    QTest::newRow("412.90323") << 412.90323f << QByteArray("412.903");
+    QTest::newRow("123456") << 123456.0f << QByteArray("123456");
+    QTest::newRow("1234567") << 1234567.0f << QByteArray("1.23457e+06");
+    QTest::newRow("100") << 100.0f << QByteArray("100");
+    QTest::newRow("-0.125") << -0.125f << QByteArray("-0.125");
+    QTest::newRow("0") << 0.0f << QByteArray("0");
+}
+
+void tst_QZESpectrum::valuesAreWrittenWithSixSignificantDigits()
+{
+    QFETCH(float, value);
+    QFETCH(QByteArray, text);
+    const QString name = path(QStringLiteral("digits.spectral"));
+    QZESpectrum spectrum;
+    spectrum.set(value, 380, 5, 1);
+
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), "spectral1 380 5 1 \n" + text + " ");
+}
+
+void tst_QZESpectrum::txtValuesOverManyLinesLoad()
+{
+    const QString name = write(QStringLiteral("lines.txt"), "400\n1\n\n410 2 420\n3\n\n\n");
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadTxt(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, txtLoadLog(name), "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 420);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+    QCOMPARE(spectrum.getVersionID(), 2);
+    QCOMPARE(spectrum.getStartWavelength(), 400);
+    QCOMPARE(spectrum.getDeltaWavelength(), 0);
+    QCOMPARE(spectrum.getNumSamples(), 3);
+    QCOMPARE(spectrum.getFilename(), name);
+    QVERIFY(spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::numberLiteralsInFilesFollowC_data()
+{
+    QTest::addColumn<QByteArray>("literal");
+    QTest::addColumn<double>("value");
+
+    QTest::newRow("plus sign") << QByteArray("+1.5") << 1.5;
+    QTest::newRow("exponent") << QByteArray("1e2") << 100.0;
+    QTest::newRow("leading point") << QByteArray(".5") << 0.5;
+    QTest::newRow("trailing point") << QByteArray("5.") << 5.0;
+    QTest::newRow("signed everything") << QByteArray("-.25E+1") << -2.5;
+    QTest::newRow("negative exponent") << QByteArray("1E-2") << 0.01;
+}
+
+void tst_QZESpectrum::numberLiteralsInFilesFollowC()
+{
+    QFETCH(QByteArray, literal);
+    QFETCH(double, value);
+    const QString nativeName = write(QStringLiteral("literal.spectral"),
+                                     "spectral2 2 \n+4e2 410 \n" + literal + " " + literal);
+    const QString textName = write(QStringLiteral("literal.txt"),
+                                   "+4e2 " + literal + "\n410 " + literal + "\n");
+    QZESpectrum native;
+    QZESpectrum text;
+
+    const Outcome nativeOutcome = captured([&] { return native.loadNative(nativeName); });
+    const Outcome textOutcome = captured([&] { return text.loadTxt(textName); });
+
+    QZE_COMPARE_OUTCOME(nativeOutcome, true, nativeLoadLog("spectral2", 0, 0, 2, nativeName), "");
+    QZE_COMPARE_OUTCOME(textOutcome, true, txtLoadLog(textName), "");
+    QZE_COMPARE_FLOATS(native.getWavelengths(), 0, 400, 410);
+    QZE_COMPARE_FLOATS(native.getSourceValues(), 0, value, value);
+    QZE_COMPARE_FLOATS(text.getWavelengths(), 0, 400, 410);
+    QZE_COMPARE_FLOATS(text.getSourceValues(), 0, value, value);
+}
+
+void tst_QZESpectrum::crlfLineEndsLoad_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<std::vector<double>>("wavelengths");
+
+    QString name = write(QStringLiteral("crlf1.spectral"),
+                         "spectral1 400 10 3 \r\n1\r\n2\r\n3\r\n");
+    QTest::newRow("version 1") << name << nativeLoadLog("spectral1", 400, 10, 3, name)
+                               << std::vector<double>{400, 410, 420};
+    name = write(QStringLiteral("crlf1-tight.spectral"), "spectral1 400 10 3\r\n1 2 3\r\n");
+    QTest::newRow("version 1 without trailing space")
+        << name << nativeLoadLog("spectral1", 400, 10, 3, name)
+        << std::vector<double>{400, 410, 420};
+    name = write(QStringLiteral("crlf2.spectral"), "spectral2 3 \r\n400 405 430 \r\n1 2 3 \r\n");
+    QTest::newRow("version 2") << name << nativeLoadLog("spectral2", 0, 0, 3, name)
+                               << std::vector<double>{400, 405, 430};
+    name = write(QStringLiteral("crlf.txt"), "400 1\r\n405 2\r\n430 3\r\n");
+    QTest::newRow("text") << name << txtLoadLog(name) << std::vector<double>{400, 405, 430};
+}
+
+void tst_QZESpectrum::crlfLineEndsLoad()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, log);
+    QFETCH(std::vector<double>, wavelengths);
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, log, "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, wavelengths);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2, 3);
+}
+
+void tst_QZESpectrum::txtReadsPairsUntilZeroPair_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<std::vector<double>>("wavelengths");
+    QTest::addColumn<std::vector<double>>("values");
+
+    using V = std::vector<double>;
+    QTest::newRow("zero pair in the middle") << QByteArray("400 1\n410 2\n0 0\n420 3\n")
+                                             << V{400, 410} << V{1, 2};
+    QTest::newRow("signed zero pair") << QByteArray("400 1\n-0 +0.0\n420 3\n") << V{400} << V{1};
+    QTest::newRow("zero wavelength alone") << QByteArray("0 5\n400 1\n") << V{0, 400} << V{5, 1};
+    QTest::newRow("zero value alone") << QByteArray("400 0\n410 2\n") << V{400, 410} << V{0, 2};
+    QTest::newRow("text after pairs") << QByteArray("400 1\n410 2\n# end\n420 3\n")
+                                      << V{400, 410} << V{1, 2};
+    QTest::newRow("odd count") << QByteArray("400 1\n410") << V{400, 410} << V{1, 0};
+}
+
+void tst_QZESpectrum::txtReadsPairsUntilZeroPair()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(std::vector<double>, wavelengths);
+    QFETCH(std::vector<double>, values);
+    const QString name = write(QStringLiteral("pairs.txt"), contents);
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadTxt(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, txtLoadLog(name), "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, wavelengths);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, values);
+    QCOMPARE(spectrum.getNumSamples(), int(wavelengths.size()));
+    QCOMPARE(spectrum.getStartWavelength(), int(wavelengths.front()));
+}
+
+void tst_QZESpectrum::nativeValuesStartAfterTheFirstLine()
+{
+    const QString name = write(QStringLiteral("first-line.spectral"), "spectral1 380 5 2 9 9\n1 2");
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, nativeLoadLog("spectral1", 380, 5, 2, name), "");
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 2);
+}
+
+void tst_QZESpectrum::utf8FileNameRoundTrip()
+{
+    const QString name = path(QStringLiteral("gr\u00fcn \u263c.spectral"));
+    QZESpectrum saved = onGrid(400, 10, {1, 2, 3});
+    QZESpectrum read;
+
+    const Outcome saveOutcome = captured([&] { return saved.save(name); });
+    const Outcome loadOutcome = captured([&] { return read.load(name); });
+
+    QZE_COMPARE_OUTCOME(saveOutcome, true, saveLog(name), "");
+    QVERIFY(QFile::exists(name));
+    QZE_COMPARE_OUTCOME(loadOutcome, true, nativeLoadLog("spectral1", 400, 10, 3, name), "");
+    QCOMPARE(read.getFilename(), name);
+    QZE_COMPARE_FLOATS(read.getSourceValues(), 0, 1, 2, 3);
+}
+
+// A German locale writes 1.000,5 for 1000.5; the files must not change.
+void tst_QZESpectrum::saveUnderCommaLocaleWritesPoints()
+{
+    const QString name = path(QStringLiteral("comma.spectral"));
+    CommaLocale german;
+    if (!german.isActive())
+        QSKIP("The de_DE.UTF-8 locale is not installed");
+    QZESpectrum saved = loaded({1000.5, 2000}, {0.5, 1234});
+    QZESpectrum read;
+
+    const Outcome saveOutcome = captured([&] { return saved.save(name); });
+    const Outcome loadOutcome = captured([&] { return read.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(saveOutcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), QByteArray("spectral2 2 \n1000.5 2000 \n0.5 1234 "));
+    QZE_COMPARE_OUTCOME(loadOutcome, true, nativeLoadLog("spectral2", 0, 0, 2, name), "");
+    QZE_COMPARE_FLOATS(read.getWavelengths(), 0, 1000.5, 2000);
+    QZE_COMPARE_FLOATS(read.getSourceValues(), 0, 0.5, 1234);
+}
+
+// --- Bad input ---------------------------------------------------------------------
+
+void tst_QZESpectrum::hugeAnnouncedCountFailsWithoutAllocating_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("log");
+
+    QTest::newRow("version 1") << QByteArray("spectral1 380 5 2000000000 \n1 2 3 ")
+                               << nativeHeaderLog("spectral1", 380, 5, 2000000000);
+    QTest::newRow("version 2") << QByteArray("spectral2 2000000000 \n400 410 420 \n1 2 3 ")
+                               << nativeHeaderLog("spectral2", 0, 0, 2000000000);
+    QTest::newRow("largest int") << QByteArray("spectral2 2147483647 \n400 1 ")
+                                 << nativeHeaderLog("spectral2", 0, 0, 2147483647);
+}
+
+void tst_QZESpectrum::hugeAnnouncedCountFailsWithoutAllocating()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, log);
+    const QString name = write(QStringLiteral("huge-count.spectral"), contents);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+    const long peakBefore = peakResidentKiB();
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QVERIFY(peakResidentKiB() - peakBefore < 64 * 1024);
+    QZE_COMPARE_OUTCOME(outcome, false, log, UnexpectedEnd);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+}
+
+void tst_QZESpectrum::negativeCountIsInvalidHeader_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("version");
+
+    QTest::newRow("version 1") << QByteArray("spectral1 380 5 -3 \n1 2 3 ")
+                               << QByteArray("spectral1");
+    QTest::newRow("version 2") << QByteArray("spectral2 -1 \n400 \n1 ") << QByteArray("spectral2");
+    QTest::newRow("smallest int") << QByteArray("spectral2 -2147483648 \n400 \n1 ")
+                                  << QByteArray("spectral2");
+}
+
+void tst_QZESpectrum::negativeCountIsInvalidHeader()
+{
+    verifyInvalidHeader();
+}
+
+void tst_QZESpectrum::verifyInvalidHeader()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, version);
+    const QString name = write(QStringLiteral("negative.spectral"), contents);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, NativeBanner + "version: " + version + "\n", InvalidHeader);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+}
+
+void tst_QZESpectrum::missingHeaderNumbersAreInvalidHeader_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("version");
+
+    QTest::newRow("no count") << QByteArray("spectral1 380 5\n1 2 3") << QByteArray("spectral1");
+    QTest::newRow("numbers on the next line") << QByteArray("spectral1\n380 5 3\n1 2 3")
+                                              << QByteArray("spectral1");
+    QTest::newRow("version 2 count on the next line") << QByteArray("spectral2\n3\n1 2 3 4 5 6")
+                                                      << QByteArray("spectral2");
+    QTest::newRow("word for delta") << QByteArray("spectral1 380 x 3\n1 2 3")
+                                    << QByteArray("spectral1");
+    QTest::newRow("count beyond int") << QByteArray("spectral1 380 5 99999999999\n1 2 3")
+                                      << QByteArray("spectral1");
+    QTest::newRow("header only") << QByteArray("spectral2") << QByteArray("spectral2");
+}
+
+void tst_QZESpectrum::missingHeaderNumbersAreInvalidHeader()
+{
+    verifyInvalidHeader();
+}
+
+void tst_QZESpectrum::truncatedFileFailsAndClearsFlag_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("log");
+
+    const QByteArray header1 = nativeHeaderLog("spectral1", 380, 5, 5);
+    const QByteArray header2 = nativeHeaderLog("spectral2", 0, 0, 3);
+    QTest::newRow("too short to hold the count") << QByteArray("spectral1 380 5 5 \n1 2 3")
+                                                 << header1;
+    QTest::newRow("values missing at the end")
+        << QByteArray("spectral1 380 5 5 \n1 2 3") + QByteArray(20, ' ') << header1;
+    QTest::newRow("malformed value") << QByteArray("spectral1 380 5 5 \n1 2 x 4 5  ") << header1;
+    QTest::newRow("version 2 values missing")
+        << QByteArray("spectral2 3 \n400 410 420 \n1 2        ") << header2;
+    QTest::newRow("version 2 wavelengths missing")
+        << QByteArray("spectral2 3 \n400 410") + QByteArray(20, ' ') << header2;
+}
+
+void tst_QZESpectrum::truncatedFileFailsAndClearsFlag()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, log);
+    const QString name = write(QStringLiteral("truncated.spectral"), contents);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, log, UnexpectedEnd);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QVERIFY(!spectrum.isActive());
+    QCOMPARE(spectrum.getNumSamples(), 81);
+    QCOMPARE(spectrum.getVersionID(), 1);
+}
+
+// Random bytes from a fixed seed, after a first byte that cannot start a
+// number or a version word, or after a valid native header.
+void tst_QZESpectrum::binaryGarbageNeverLoads()
+{
+    std::mt19937 random(20240611u);
+    std::uniform_int_distribution<int> byte(0, 255);
+    std::uniform_int_distribution<int> length(1, 4096);
+    const auto garbage = [&](const QByteArray& prefix) {
+        QByteArray bytes = prefix;
+        for (int i = length(random); i > 0; --i)
+            bytes.append(char(byte(random)));
+        return bytes;
+    };
+    const auto nonNumericByte = [&] { return QByteArray(1, char(0x80 + byte(random) % 0x80)); };
+    const QString name = QStringLiteral("garbage");
+
+    for (int round = 0; round < 200; ++round) {
+        QZESpectrum spectrum;
+        spectrum.setOne();
+        spectrum.resample();
+        const QByteArray raw = garbage(nonNumericByte());
+        Outcome outcome = captured([&] { return spectrum.loadNativeData(raw, name); });
+        QVERIFY(!outcome.result);
+        QVERIFY(outcome.out.startsWith(NativeBanner + "version: "));
+        QCOMPARE(outcome.err, UnknownVersion);
+
+        const QByteArray headed = garbage(round % 2 ? "spectral1 380 5 81 \n" : "spectral2 40 \n");
+        outcome = captured([&] { return spectrum.loadNativeData(headed, name); });
+        QVERIFY(!outcome.result);
+        QVERIFY(outcome.out.startsWith(NativeBanner));
+        QVERIFY2(outcome.err == UnexpectedEnd || outcome.err == NotIncreasing,
+                 outcome.err.constData());
+
+        const QByteArray text = garbage(nonNumericByte());
+        outcome = captured([&] { return spectrum.loadTxtData(text, name); });
+        QZE_COMPARE_OUTCOME(outcome, false, TxtBanner, UnexpectedFormat);
+        QVERIFY(!spectrum.getUseSpectrum());
+    }
+}
+
+// Stand-ins for a file of a gigabyte of digits: one number far beyond the
+// float range, or a count the file cannot hold.
+void tst_QZESpectrum::hugeDigitRunFailsQuickly_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QByteArray>("filler");
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+
+    QTest::newRow("native digits") << int(LoadNative) << QByteArray("spectral1 380 5 81 \n")
+                                   << QByteArray("7") << nativeHeaderLog("spectral1", 380, 5, 81)
+                                   << UnexpectedEnd;
+    QTest::newRow("text digits") << int(LoadTxt) << QByteArray() << QByteArray("7") << TxtBanner
+                                 << UnexpectedFormat;
+    QTest::newRow("native count beyond the numbers")
+        << int(LoadNative) << QByteArray("spectral1 380 5 2000000000 \n") << QByteArray("7 ")
+        << nativeHeaderLog("spectral1", 380, 5, 2000000000) << UnexpectedEnd;
+}
+
+void tst_QZESpectrum::hugeDigitRunFailsQuickly()
+{
+    QFETCH(int, operation);
+    QFETCH(QByteArray, header);
+    QFETCH(QByteArray, filler);
+    QFETCH(QByteArray, out);
+    QFETCH(QByteArray, err);
+    const int size = 50 * 1024 * 1024;
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString name = writeFile(dir.filePath(QStringLiteral("digits")),
+                                   header + filler.repeated(size / filler.size()));
+    QCOMPARE(QFileInfo(name).size(), qint64(header.size() + size));
+    QZESpectrum spectrum;
+    QElapsedTimer timer;
+    timer.start();
+
+    const Outcome outcome = captured([&] { return runFileOperation(spectrum, operation, name); });
+
+    QVERIFY2(timer.elapsed() < 20000, qPrintable(QStringLiteral("%1 ms").arg(timer.elapsed())));
+    QZE_COMPARE_OUTCOME(outcome, false, out, err);
+    QVERIFY(spectrum.getWavelengths().size() <= 81);
+}
+
+QTEST_APPLESS_MAIN(tst_QZESpectrum)
+#include "tst_QZESpectrum.moc"
