@@ -8,7 +8,7 @@
 
 namespace {
 
-QString translate(const char* text)
+QString translated(const char* text)
 {
     return QCoreApplication::translate("ColorLab", text);
 }
@@ -18,13 +18,13 @@ const QString ScreenshotOption = QStringLiteral("screenshot");
 QCommandLineOption screenshotOption()
 {
     return QCommandLineOption(ScreenshotOption,
-                              translate("Render every page into DIR/<page>.png and exit."),
-                              translate("DIR"));
+                              translated(QT_TRANSLATE_NOOP("ColorLab", "Render every page into DIR/<page>.png and exit.")),
+                              translated(QT_TRANSLATE_NOOP("ColorLab", "DIR")));
 }
 
 void describeOptions(QCommandLineParser& parser)
 {
-    parser.setApplicationDescription(translate("Shows the QtColor widgets, one page per widget."));
+    parser.setApplicationDescription(translated(QT_TRANSLATE_NOOP("ColorLab", "Shows the QtColor widgets, one page per widget.")));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOption(screenshotOption());

@@ -45,12 +45,13 @@ std::string_view QZENumberScanner::nextWord()
     return std::string_view(begin, size_t(_pos - begin));
 }
 
-bool QZENumberScanner::next(float& value)
+template <typename Number>
+bool QZENumberScanner::nextNumber(Number& value)
 {
-    value = 0.0f;
+    value = Number(0);
     if (_failed || skipSpace() == _end)
         return fail();
-    float parsed = 0.0f;
+    Number parsed = Number(0);
     const std::from_chars_result result = std::from_chars(skipPlus(_pos), _end, parsed);
     if (result.ec != std::errc())
         return fail();
@@ -59,18 +60,14 @@ bool QZENumberScanner::next(float& value)
     return true;
 }
 
+bool QZENumberScanner::next(float& value)
+{
+    return nextNumber(value);
+}
+
 bool QZENumberScanner::nextInt(int& value)
 {
-    value = 0;
-    if (_failed || skipSpace() == _end)
-        return fail();
-    int parsed = 0;
-    const std::from_chars_result result = std::from_chars(skipPlus(_pos), _end, parsed);
-    if (result.ec != std::errc())
-        return fail();
-    _pos = result.ptr;
-    value = parsed;
-    return true;
+    return nextNumber(value);
 }
 
 bool QZENumberScanner::canHold(size_t count) const

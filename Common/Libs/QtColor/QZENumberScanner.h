@@ -31,6 +31,8 @@ private:
     const char* skipSpace();
     const char* skipPlus(const char* p) const;
     bool fail();
+    template <typename Number>
+    bool nextNumber(Number& value);
 
     const char* _pos;
     const char* _end;

@@ -1,0 +1,251 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>ColorLab</name>
+    <message>
+        <source>Render every page into DIR/&lt;page&gt;.png and exit.</source>
+        <translation>Jede Seite als DIR/&lt;Seite&gt;.png rendern und beenden.</translation>
+    </message>
+    <message>
+        <source>DIR</source>
+        <translation>DIR</translation>
+    </message>
+    <message>
+        <source>Shows the QtColor widgets, one page per widget.</source>
+        <translation>Zeigt die QtColor-Widgets, eine Seite je Widget.</translation>
+    </message>
+</context>
+<context>
+    <name>ColorLabWindow</name>
+    <message>
+        <source>ColorLab</source>
+        <translation>ColorLab</translation>
+    </message>
+    <message>
+        <source>Sliders</source>
+        <translation>Schieberegler</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenshotWriter</name>
+    <message>
+        <source>Cannot create the directory %1.</source>
+        <translation>Das Verzeichnis %1 kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>Cannot write %1.</source>
+        <translation>%1 kann nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
+    <name>SlidersPage</name>
+    <message>
+        <source>Hue</source>
+        <translation>Farbton</translation>
+    </message>
+    <message>
+        <source>Saturation</source>
+        <translation>Sättigung</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Hellwert</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Green</source>
+        <translation>Grün</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>L*</source>
+        <translation>L*</translation>
+    </message>
+    <message>
+        <source>a*</source>
+        <translation>a*</translation>
+    </message>
+    <message>
+        <source>b*</source>
+        <translation>b*</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>Kanäle</translation>
+    </message>
+    <message>
+        <source>Current colour</source>
+        <translation>Aktuelle Farbe</translation>
+    </message>
+    <message>
+        <source>Show screen colours sRGB-encoded (QZEColor::s_useGamma)</source>
+        <translation>Bildschirmfarben sRGB-kodiert anzeigen (QZEColor::s_useGamma)</translation>
+    </message>
+    <message>
+        <source>HSV (hue in degrees)</source>
+        <translation>HSV (Farbton in Grad)</translation>
+    </message>
+    <message>
+        <source>Linear RGB</source>
+        <translation>Lineares RGB</translation>
+    </message>
+    <message>
+        <source>sRGB-encoded RGB</source>
+        <translation>sRGB-kodiertes RGB</translation>
+    </message>
+    <message>
+        <source>8-bit linear (getQColor)</source>
+        <translation>8 Bit linear (getQColor)</translation>
+    </message>
+    <message>
+        <source>8-bit on screen (getGammaQColor)</source>
+        <translation>8 Bit auf dem Bildschirm (getGammaQColor)</translation>
+    </message>
+    <message>
+        <source>CIE L*a*b*</source>
+        <translation>CIE L*a*b*</translation>
+    </message>
+</context>
+<context>
+    <name>SpectrumTool</name>
+    <message>
+        <source>FILE</source>
+        <translation>FILE</translation>
+    </message>
+    <message>
+        <source>Print the version, sampling, sample count, wavelength range, band sum, photometric value and RGB of FILE as &quot;key: value&quot; lines.</source>
+        <translation>Gibt Version, Abtastung, Anzahl der Abtastwerte, Wellenlängenbereich, Bandsumme, photometrischen Wert und RGB von FILE als Zeilen der Form &quot;Schlüssel: Wert&quot; aus.</translation>
+    </message>
+    <message>
+        <source>IN OUT</source>
+        <translation>IN OUT</translation>
+    </message>
+    <message>
+        <source>Read IN (.spectral or .txt) and write it to OUT as a .spectral file.</source>
+        <translation>Liest IN (.spectral oder .txt) und schreibt es als .spectral-Datei nach OUT.</translation>
+    </message>
+    <message>
+        <source>R G B</source>
+        <translation>R G B</translation>
+    </message>
+    <message>
+        <source>Write the reflectance spectrum of the linear RGB colour R G B (Smits&apos; method) on the grid, by default 380,5,81.</source>
+        <translation>Schreibt das Reflexionsspektrum der linearen RGB-Farbe R G B (Verfahren nach Smits), abgetastet auf dem Raster, standardmäßig 380,5,81.</translation>
+    </message>
+    <message>
+        <source>IN</source>
+        <translation>IN</translation>
+    </message>
+    <message>
+        <source>Interpolate IN linearly onto the grid and write the result.</source>
+        <translation>Interpoliert IN linear auf das Raster und schreibt das Ergebnis.</translation>
+    </message>
+    <message>
+        <source>Uniform wavelength grid in nm: first wavelength, spacing and number of samples.</source>
+        <translation>Gleichmäßiges Wellenlängenraster in nm: erste Wellenlänge, Schrittweite und Anzahl der Abtastwerte.</translation>
+    </message>
+    <message>
+        <source>START,DELTA,NUM</source>
+        <translation>START,DELTA,NUM</translation>
+    </message>
+    <message>
+        <source>Write the result to OUT; its name must contain .spectral.</source>
+        <translation>Schreibt das Ergebnis nach OUT; der Name muss .spectral enthalten.</translation>
+    </message>
+    <message>
+        <source>OUT</source>
+        <translation>OUT</translation>
+    </message>
+    <message>
+        <source>One of the commands above, then its arguments.</source>
+        <translation>Einer der obigen Befehle, gefolgt von seinen Argumenten.</translation>
+    </message>
+    <message>
+        <source>command [arguments...]</source>
+        <translation>command [arguments...]</translation>
+    </message>
+    <message>
+        <source>Inspects, converts and creates spectrum files: native .spectral files and two-column .txt files (wavelength in nm, value).</source>
+        <translation>Untersucht, konvertiert und erzeugt Spektrumdateien: native .spectral-Dateien und zweispaltige .txt-Dateien (Wellenlänge in nm, Wert).</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>Befehle:</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 on success, 1 when a file cannot be read or written or holds no valid spectrum, 2 on a usage error.</source>
+        <translation>Rückgabewert: 0 bei Erfolg, 1, wenn eine Datei nicht gelesen oder geschrieben werden kann oder kein gültiges Spektrum enthält, 2 bei einem Aufruffehler.</translation>
+    </message>
+    <message>
+        <source>no command given</source>
+        <translation>kein Befehl angegeben</translation>
+    </message>
+    <message>
+        <source>unknown command &apos;%1&apos;</source>
+        <translation>unbekannter Befehl &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>wrong number of arguments; usage: %1</source>
+        <translation>falsche Anzahl von Argumenten; Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>%1 takes no %2 option</source>
+        <translation>%1 akzeptiert keine Option %2</translation>
+    </message>
+    <message>
+        <source>%1 needs the %2 option</source>
+        <translation>%1 benötigt die Option %2</translation>
+    </message>
+    <message>
+        <source>invalid grid &apos;%1&apos;: expected START,DELTA,NUM as three whole numbers</source>
+        <translation>ungültiges Raster &apos;%1&apos;: erwartet wird START,DELTA,NUM als drei ganze Zahlen</translation>
+    </message>
+    <message>
+        <source>grid &apos;%1&apos; out of range: START must be at least 0, DELTA and NUM at least 1, NUM at most %2 and the last wavelength at most %3 nm</source>
+        <translation>Raster &apos;%1&apos; außerhalb des gültigen Bereichs: START muss mindestens 0 sein, DELTA und NUM mindestens 1, NUM höchstens %2 und die letzte Wellenlänge höchstens %3 nm</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a number</source>
+        <translation>&apos;%1&apos; ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>%1: unknown file type; expected a .spectral or .txt file</source>
+        <translation>%1: unbekannter Dateityp; erwartet wird eine .spectral- oder .txt-Datei</translation>
+    </message>
+    <message>
+        <source>cannot read %1: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 is not a valid spectrum file</source>
+        <translation>%1 ist keine gültige Spektrumdatei</translation>
+    </message>
+    <message>
+        <source>%1 holds no samples</source>
+        <translation>%1 enthält keine Abtastwerte</translation>
+    </message>
+    <message>
+        <source>cannot write %1: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>cannot write %1</source>
+        <translation>%1 kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>output file &apos;%1&apos; must have a name containing .spectral</source>
+        <translation>der Name der Ausgabedatei &apos;%1&apos; muss .spectral enthalten</translation>
+    </message>
+    <message>
+        <source>Run &apos;%1 --help&apos; for usage.</source>
+        <translation>&apos;%1 --help&apos; zeigt Hinweise zum Aufruf.</translation>
+    </message>
+</context>
+</TS>
