@@ -1,0 +1,266 @@
+// Full repaint of a 400 x 24 QZEColorSlider in every mode, as a host sees it:
+// QWidget::render() into a preallocated image, which goes through paintEvent,
+// recomputes every column colour and draws background, strip, bevel and handle.
+//
+// "ReferencePerColumn" paints the same pixels the straightforward way, one
+// drawLine per column with a pen of that column's colour, for comparison.
+// Before any timing, main() checks once per mode that the widget and the
+// reference produce identical pixels, so the figures compare equal work.
+
+#include "QZEColorSlider.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QMetaEnum>
+#include <QPainter>
+#include <QPalette>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int Width = 400;
+constexpr int Height = 24;
+constexpr float HandlePosition = 0.37f;
+// A mid-saturated blue: gives the Saturation, Value and Lab strips a real ramp.
+const QZEColor EndColour(200.0f, 0.6f, 0.8f);
+
+struct Scene
+{
+    std::string name;
+    QZEColorSlider::Mode mode;
+    bool disabled; // photometric mode: grey ramp and explanatory text
+};
+
+std::vector<Scene> allScenes()
+{
+    const QMetaEnum modes = QMetaEnum::fromType<QZEColorSlider::Mode>();
+    std::vector<Scene> scenes;
+    for (int i = 0; i < modes.keyCount(); ++i)
+        scenes.push_back({modes.key(i), QZEColorSlider::Mode(modes.value(i)), false});
+    scenes.push_back({"Disabled", QZEColorSlider::Hue, true});
+    return scenes;
+}
+
+void configure(QZEColorSlider& slider, const Scene& scene)
+{
+    slider.resize(Width, Height);
+    slider.setMode(scene.mode);
+    slider.setMaxColor(EndColour);
+    slider.setValue(HandlePosition, false);
+    slider.setPhotometricParameters(scene.disabled);
+}
+
+QImage blankImage()
+{
+    QImage image(Width, Height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::magenta); // any pixel left unpainted shows up in the comparison
+    return image;
+}
+
+// --- Reference: one line per column --------------------------------------------
+
+QPen cosmeticPen(const QColor& color)
+{
+    QPen pen(color, 1.0);
+    pen.setCosmetic(true);
+    return pen;
+}
+
+QPen palettePen(QPalette::ColorRole role)
+{
+    return cosmeticPen(QGuiApplication::palette().color(role));
+}
+
+// Outline covering the corners (x1, y1) and (x2, y2) inclusively.
+void outline(QPainter& painter, int x1, int y1, int x2, int y2)
+{
+    painter.drawRect(QRect(x1, y1, x2 - x1, y2 - y1));
+}
+
+struct Lab
+{
+    float L, a, b;
+};
+
+QColor stripColour(QZEColorSlider::Mode mode, float t, const Lab& end)
+{
+    const float labAxis = (t - 0.5f) * QZEColor::s_LabRange;
+    QZEColor c;
+    switch (mode) {
+    case QZEColorSlider::Hue:
+        return QZEColor(t * 360.0f, 1.0f, 1.0f).getQColor();
+    case QZEColorSlider::Saturation:
+        return QZEColor(EndColour.h, t, EndColour.v).getGammaQColor();
+    case QZEColorSlider::Value:
+        return QZEColor(EndColour.h, EndColour.s, t).getQColor();
+    case QZEColorSlider::Red:
+        c.setRGB(t, 0.0f, 0.0f);
+        break;
+    case QZEColorSlider::Green:
+        c.setRGB(0.0f, t, 0.0f);
+        break;
+    case QZEColorSlider::Blue:
+        c.setRGB(0.0f, 0.0f, t);
+        break;
+    case QZEColorSlider::Lstar:
+        c.LABtoHSV(t * 100.0f, end.a, end.b, c.h, c.s, c.v);
+        break;
+    case QZEColorSlider::Astar:
+        c.LABtoHSV(end.L, labAxis, end.b, c.h, c.s, c.v);
+        break;
+    case QZEColorSlider::Bstar:
+        c.LABtoHSV(end.L, end.a, labAxis, c.h, c.s, c.v);
+        break;
+    }
+    return c.getQColor();
+}
+
+QColor columnColour(const Scene& scene, int x, int n, const Lab& end)
+{
+    if (scene.disabled)
+        return QZEColor(0.0f, 0.0f, 0.1f + 0.4f * float(x - 1) / float(n)).getQColor();
+    return stripColour(scene.mode, float(x - 1) / float(n), end);
+}
+
+void paintReferenceColumns(QPainter& painter, const Scene& scene)
+{
+    Lab end{};
+    EndColour.HSVtoLAB(EndColour.h, EndColour.s, EndColour.v, end.L, end.a, end.b);
+    const int n = Width - 2;
+    for (int x = 1; x <= n - 1; ++x) {
+        painter.setPen(columnColour(scene, x, n, end));
+        painter.drawLine(x, 2, x, Height - 2);
+    }
+}
+
+void paintBackground(QPainter& painter)
+{
+    painter.setPen(palettePen(QPalette::Button));
+    painter.setBrush(QGuiApplication::palette().brush(QPalette::Button));
+    outline(painter, 0, 0, Width - 1, Height - 1);
+    painter.setBrush(Qt::NoBrush);
+}
+
+void paintBevel(QPainter& painter)
+{
+    painter.setPen(palettePen(QPalette::Light));
+    outline(painter, 1, 1, Width - 3, Height - 3);
+    painter.setPen(palettePen(QPalette::Midlight));
+    outline(painter, 2, 2, Width - 2, Height - 2);
+    painter.setPen(palettePen(QPalette::Shadow));
+    outline(painter, 1, 1, Width - 2, Height - 2);
+}
+
+void paintDisabledText(QPainter& painter)
+{
+    painter.setPen(cosmeticPen(QColor(192, 192, 192)));
+    painter.drawText(QPointF(5.0, Height - 4),
+                     QCoreApplication::translate("QZEColorSlider", "Disabled, using photometric mode."));
+}
+
+void paintHandle(QPainter& painter)
+{
+    const int c = int(float(Width - 5) * HandlePosition + 2.0);
+    painter.setPen(palettePen(QPalette::Midlight));
+    outline(painter, c - 2, 0, c + 1, Height - 2);
+    painter.setPen(palettePen(QPalette::Highlight));
+    outline(painter, c - 1, 1, c + 2, Height - 1);
+    painter.setPen(palettePen(QPalette::Shadow));
+    outline(painter, c - 2, 0, c + 2, Height - 1);
+}
+
+void paintReference(QPainter& painter, const Scene& scene)
+{
+    paintBackground(painter);
+    paintReferenceColumns(painter, scene);
+    paintBevel(painter);
+    if (scene.disabled)
+        paintDisabledText(painter);
+    paintHandle(painter);
+}
+
+// --- Verification ------------------------------------------------------------
+
+bool rendersLikeReference(const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    QImage widgetImage = blankImage();
+    slider.render(&widgetImage);
+
+    QImage referenceImage = blankImage();
+    QPainter painter(&referenceImage);
+    paintReference(painter, scene);
+    painter.end();
+    return widgetImage == referenceImage;
+}
+
+// Reported on stderr so stdout stays a clean report (e.g. --benchmark_format=json).
+bool allScenesRenderLikeReference(const std::vector<Scene>& scenes)
+{
+    bool all = true;
+    for (const Scene& scene : scenes) {
+        const bool same = rendersLikeReference(scene);
+        std::fprintf(stderr, "%-10s pixel-identical: %s\n", scene.name.c_str(), same ? "yes" : "no");
+        all = all && same;
+    }
+    return all;
+}
+
+// --- Benchmarks ----------------------------------------------------------------
+
+void BM_SliderRepaint(benchmark::State& state, const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    QImage image = blankImage();
+    for (auto _ : state)
+        slider.render(&image);
+}
+
+void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
+{
+    QImage image = blankImage();
+    for (auto _ : state) {
+        QPainter painter(&image);
+        paintReference(painter, scene);
+    }
+}
+
+void registerBenchmarks(const std::vector<Scene>& scenes)
+{
+    for (const Scene& scene : scenes) {
+        benchmark::RegisterBenchmark(("SliderRepaint/" + scene.name).c_str(), BM_SliderRepaint, scene)
+            ->Unit(benchmark::kMicrosecond);
+        benchmark::RegisterBenchmark(("ReferencePerColumn/" + scene.name).c_str(),
+                                     BM_ReferencePerColumn, scene)
+            ->Unit(benchmark::kMicrosecond);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+
+    const std::vector<Scene> scenes = allScenes();
+    if (!allScenesRenderLikeReference(scenes))
+        return 1;
+
+    registerBenchmarks(scenes);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
