@@ -12,4 +12,47 @@
         <translation>Deaktiviert, Spektraldaten werden verwendet.</translation>
     </message>
 </context>
+<context>
+    <name>zeFile</name>
+    <message>
+        <source>Cannot Read File</source>
+        <translation>Datei kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>No file name was given.</source>
+        <translation>Es wurde kein Dateiname angegeben.</translation>
+    </message>
+    <message>
+        <source>The file &quot;%1&quot; does not exist.</source>
+        <translation>Die Datei &quot;%1&quot; existiert nicht.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a folder, not a file.</source>
+        <translation>&quot;%1&quot; ist ein Ordner, keine Datei.</translation>
+    </message>
+    <message>
+        <source>You do not have permission to read &quot;%1&quot;.</source>
+        <translation>Sie haben keine Berechtigung, &quot;%1&quot; zu lesen.</translation>
+    </message>
+    <message>
+        <source>Cannot Write File</source>
+        <translation>Datei kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>You do not have permission to write &quot;%1&quot;.</source>
+        <translation>Sie haben keine Berechtigung, &quot;%1&quot; zu schreiben.</translation>
+    </message>
+    <message>
+        <source>Cannot create &quot;%1&quot;: the folder &quot;%2&quot; does not exist.</source>
+        <translation>&quot;%1&quot; kann nicht angelegt werden: Der Ordner &quot;%2&quot; existiert nicht.</translation>
+    </message>
+    <message>
+        <source>Cannot create &quot;%1&quot;: &quot;%2&quot; is not a folder.</source>
+        <translation>&quot;%1&quot; kann nicht angelegt werden: &quot;%2&quot; ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>Cannot create &quot;%1&quot;: you do not have permission to write in the folder &quot;%2&quot;.</source>
+        <translation>&quot;%1&quot; kann nicht angelegt werden: Sie haben keine Schreibberechtigung im Ordner &quot;%2&quot;.</translation>
+    </message>
+</context>
 </TS>
