@@ -3,6 +3,7 @@
 #include "QZEColorSlider.h"
 #include "ScreenshotWriter.h"
 #include "SlidersPage.h"
+#include "TestHelpers.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -26,20 +27,6 @@
 #ifndef COLORLAB_PROGRAM
 #error "COLORLAB_PROGRAM must name the ColorLab executable"
 #endif
-
-// Fails with both values and the context printed unless
-// |actual - expected| <= tolerance.
-#define COMPARE_NEAR(actual, expected, tolerance, context)                                     \
-    do {                                                                                       \
-        const double nearActual = double(actual);                                              \
-        const double nearExpected = double(expected);                                          \
-        QVERIFY2(std::abs(nearActual - nearExpected) <= double(tolerance),                     \
-                 qPrintable(QStringLiteral("%1: %2 is %3, expected %4 (tolerance %5)")         \
-                                .arg(QString(context), QStringLiteral(#actual))                \
-                                .arg(nearActual, 0, 'g', 10)                                   \
-                                .arg(nearExpected, 0, 'g', 10)                                 \
-                                .arg(double(tolerance))));                                     \
-    } while (false)
 
 namespace {
 
@@ -482,7 +469,7 @@ void tst_ColorLab::slidersShowHandWorkedPositions()
 
     page.setColor(color);
 
-    COMPARE_NEAR(page.slider(mode)->getValue(), position, 1e-5, nameOf(mode));
+    QZE_COMPARE_NEAR_IN(page.slider(mode)->getValue(), position, 1e-5, nameOf(mode));
 }
 
 void tst_ColorLab::settingAColourMovesEverySliderToItsChannel_data()
@@ -507,8 +494,8 @@ void tst_ColorLab::settingAColourMovesEverySliderToItsChannel()
     QCOMPARE(page.color(), color);
     const Channels channels = channelsOf(color);
     for (Mode mode : AllModes) {
-        COMPARE_NEAR(page.slider(mode)->getValue(), positionFor(mode, channels[mode]), 1e-4,
-                     nameOf(mode));
+        QZE_COMPARE_NEAR_IN(page.slider(mode)->getValue(), positionFor(mode, channels[mode]),
+                            1e-4, nameOf(mode));
     }
 }
 
@@ -524,7 +511,7 @@ void tst_ColorLab::readoutsShowEachChannelWithThreeDecimals()
         const QLabel* readout = rowLabel(page.slider(mode), 2);
         QVERIFY(readout);
         QVERIFY2(threeDecimals.match(readout->text()).hasMatch(), qPrintable(readout->text()));
-        COMPARE_NEAR(readout->text().toDouble(), channels[mode], 0.0006, nameOf(mode));
+        QZE_COMPARE_NEAR_IN(readout->text().toDouble(), channels[mode], 0.0006, nameOf(mode));
     }
 }
 
@@ -565,9 +552,9 @@ void tst_ColorLab::clickingASliderChangesOnlyItsChannel()
     const float position = clickAt(page.slider(mode), fraction);
 
     const Channels after = channelsOf(page.color());
-    COMPARE_NEAR(after[mode], realValueAt(mode, position), tolerance, nameOf(mode));
+    QZE_COMPARE_NEAR_IN(after[mode], realValueAt(mode, position), tolerance, nameOf(mode));
     for (Mode sibling : siblingsOf(mode))
-        COMPARE_NEAR(after[sibling], before[sibling], tolerance, nameOf(sibling));
+        QZE_COMPARE_NEAR_IN(after[sibling], before[sibling], tolerance, nameOf(sibling));
 }
 
 void tst_ColorLab::otherSlidersFollowAClickWithoutEmitting_data()
@@ -603,8 +590,8 @@ void tst_ColorLab::otherSlidersFollowAClickWithoutEmitting()
     QCOMPARE(page.slider(mode)->getValue(), position);
     const Channels channels = channelsOf(page.color());
     for (Mode other : AllModes) {
-        COMPARE_NEAR(page.slider(other)->getValue(), positionFor(other, channels[other]), 1e-4,
-                     nameOf(other));
+        QZE_COMPARE_NEAR_IN(page.slider(other)->getValue(),
+                            positionFor(other, channels[other]), 1e-4, nameOf(other));
     }
 }
 

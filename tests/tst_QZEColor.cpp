@@ -1,4 +1,5 @@
 #include "QZEColor.h"
+#include "TestHelpers.h"
 
 #include <QVariant>
 #include <QtTest>
@@ -6,20 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
-
-// Fails with both values printed unless |actual - expected| <= tolerance
-// (a tolerance of 0 asks for an exact match; NaN never matches).
-#define QZE_COMPARE_NEAR(actual, expected, tolerance)                                          \
-    do {                                                                                       \
-        const double qzeActual = double(actual);                                               \
-        const double qzeExpected = double(expected);                                           \
-        QVERIFY2(std::abs(qzeActual - qzeExpected) <= double(tolerance),                       \
-                 qPrintable(QStringLiteral("%1 is %2, expected %3 (tolerance %4)")             \
-                                .arg(QStringLiteral(#actual))                                  \
-                                .arg(qzeActual, 0, 'g', 10)                                    \
-                                .arg(qzeExpected, 0, 'g', 10)                                  \
-                                .arg(double(tolerance))));                                     \
-    } while (false)
 
 #define QZE_COMPARE_RGB(actual, er, eg, eb, tolerance)                                         \
     do {                                                                                       \
@@ -141,6 +128,28 @@ double referenceEncode(double c)
 double referenceDecode(double c)
 {
     return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+}
+
+// A colour in HSV and linear RGB with its published L*a*b*.
+void addLabColumns()
+{
+    QTest::addColumn<QZEColor>("hsv");
+    QTest::addColumn<Rgb>("linear");
+    QTest::addColumn<double>("L");
+    QTest::addColumn<double>("a");
+    QTest::addColumn<double>("b");
+}
+
+// The reference formulas reproduce the published Lab of the linear colour,
+// and HSVtoLAB of the same colour in HSV matches them.
+void verifyLabOf(const QZEColor& hsv, const Rgb& linear, const Lab& published)
+{
+    const Lab reference = referenceLab(linear.r, linear.g, linear.b);
+    QZE_COMPARE_LAB(reference.L, reference.a, reference.b, published, 1e-4);
+
+    float outL, outA, outB;
+    QZEColor().HSVtoLAB(hsv.h, hsv.s, hsv.v, outL, outA, outB);
+    QZE_COMPARE_LAB(outL, outA, outB, reference, 1e-3);
 }
 
 } // namespace
@@ -800,11 +809,7 @@ void tst_QZEColor::referenceWhiteIsRowSumOfMatrix()
 
 void tst_QZEColor::labOfPrimariesAndSecondaries_data()
 {
-    QTest::addColumn<QZEColor>("hsv");
-    QTest::addColumn<Rgb>("linear");
-    QTest::addColumn<double>("L");
-    QTest::addColumn<double>("a");
-    QTest::addColumn<double>("b");
+    addLabColumns();
 
     // Published CIE L*a*b* of the sRGB primaries and secondaries under D65.
     QTest::newRow("red") << QZEColor(0, 1, 1) << Rgb{1, 0, 0} << 53.2408 << 80.0925 << 67.2032;
@@ -825,12 +830,7 @@ void tst_QZEColor::labOfPrimariesAndSecondaries()
     QFETCH(double, a);
     QFETCH(double, b);
 
-    const Lab reference = referenceLab(linear.r, linear.g, linear.b);
-    QZE_COMPARE_LAB(reference.L, reference.a, reference.b, (Lab{L, a, b}), 1e-4);
-
-    float outL, outA, outB;
-    QZEColor().HSVtoLAB(hsv.h, hsv.s, hsv.v, outL, outA, outB);
-    QZE_COMPARE_LAB(outL, outA, outB, reference, 1e-3);
+    QZE_CHECK(verifyLabOf(hsv, linear, {L, a, b}));
 
     // And back: the published Lab lands on the primary again.
     float h, s, v;
@@ -908,11 +908,7 @@ void tst_QZEColor::labToHsvRoundTripsFromLab()
 
 void tst_QZEColor::lowLightLabUsesLinearSegment_data()
 {
-    QTest::addColumn<QZEColor>("hsv");
-    QTest::addColumn<Rgb>("linear");
-    QTest::addColumn<double>("L");
-    QTest::addColumn<double>("a");
-    QTest::addColumn<double>("b");
+    addLabColumns();
 
     // Y = 0.005 is below (6/29)^3: L = 116 (841/108 * 0.005 + 4/29) - 16 = 903.3 * 0.005.
     QTest::newRow("dark grey") << QZEColor(0, 0, 0.005f) << Rgb{0.005f, 0.005f, 0.005f} << 4.5165
@@ -930,12 +926,7 @@ void tst_QZEColor::lowLightLabUsesLinearSegment()
     QFETCH(double, a);
     QFETCH(double, b);
 
-    const Lab reference = referenceLab(linear.r, linear.g, linear.b);
-    QZE_COMPARE_LAB(reference.L, reference.a, reference.b, (Lab{L, a, b}), 1e-4);
-
-    float outL, outA, outB;
-    QZEColor().HSVtoLAB(hsv.h, hsv.s, hsv.v, outL, outA, outB);
-    QZE_COMPARE_LAB(outL, outA, outB, reference, 1e-3);
+    verifyLabOf(hsv, linear, {L, a, b});
 }
 
 void tst_QZEColor::lowLightLabInverseUsesLinearSegment_data()

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 using Mode = QZEColorSlider::Mode;
@@ -206,6 +207,23 @@ QString areaDifference(const QImage& image, const QRect& area, const QColor& exp
     return {};
 }
 
+// An inclusive rectangle of the image that must be one colour throughout.
+struct Area
+{
+    QRect rect;
+    QColor colour;
+};
+
+QString areasDifference(const QImage& image, const QList<Area>& areas)
+{
+    for (const Area& area : areas) {
+        const QString difference = areaDifference(image, area.rect, area.colour);
+        if (!difference.isEmpty())
+            return difference;
+    }
+    return {};
+}
+
 QString imageDifference(const QImage& actual, const QImage& expected)
 {
     if (actual.size() != expected.size())
@@ -232,11 +250,20 @@ struct StripLook
     QSize dpi; // the widget's logical DPI, which sizes the text; empty: the image's own
 };
 
-// Outline covering the corners (x1, y1) and (x2, y2) inclusively.
+// Outline covering the corners (x1, y1) and (x2, y2) inclusively: every
+// pixel on the border of that box, set one by one (corners given in either
+// order span the same box).
 void outline(QPainter& painter, const QColor& colour, int x1, int y1, int x2, int y2)
 {
     painter.setPen(colour);
-    painter.drawRect(QRect(x1, y1, x2 - x1, y2 - y1));
+    const int left = qMin(x1, x2);
+    const int right = qMax(x1, x2);
+    const int top = qMin(y1, y2);
+    const int bottom = qMax(y1, y2);
+    for (int x = left; x <= right; ++x)
+        for (int y = top; y <= bottom; ++y)
+            if (x == left || x == right || y == top || y == bottom)
+                painter.drawPoint(x, y);
 }
 
 // The slider painted the plain way: one line per column, bevel, text, handle.
@@ -368,6 +395,41 @@ public:
     QZEColorSlider* slider;
 };
 
+// A rig whose slider has been shown and has settled, after `prepare` when one
+// is given, with its paints and signals counted from then on.
+class WatchedRig : public MouseRig
+{
+public:
+    explicit WatchedRig(const std::function<void(QZEColorSlider&)>& prepare = {})
+        : exposed(settle(prepare)), paints(slider), recorder(*slider)
+    {
+    }
+
+    // Settles the slider in `mode` between SomeMinColor and SomeMaxColor.
+    explicit WatchedRig(Mode mode)
+        : WatchedRig([mode](QZEColorSlider& s) {
+              s.setMode(mode);
+              s.setMinColor(SomeMinColor);
+              s.setMaxColor(SomeMaxColor);
+          })
+    {
+    }
+
+    const bool exposed;
+    PaintCounter paints;
+    SignalRecorder recorder;
+
+private:
+    bool settle(const std::function<void(QZEColorSlider&)>& prepare)
+    {
+        const bool shown = QTest::qWaitForWindowExposed(&window);
+        if (prepare)
+            prepare(*slider);
+        QCoreApplication::processEvents();
+        return shown;
+    }
+};
+
 QPoint at(int x)
 {
     return QPoint(x, StripHeight / 2);
@@ -445,6 +507,23 @@ Mode otherMode(Mode mode)
 bool invokeModeSlot(QZEColorSlider& slider, const QByteArray& slot, bool on)
 {
     return QMetaObject::invokeMethod(&slider, slot.constData(), Q_ARG(bool, on));
+}
+
+// Calls the slot with `on` on a slider settled in startMode and expects no
+// change of mode or end colours, no signal and no repaint.
+void verifyModeSlotChangesNothing(const QByteArray& slot, Mode startMode, bool on)
+{
+    WatchedRig rig(startMode);
+    QVERIFY(rig.exposed);
+
+    QVERIFY(invokeModeSlot(*rig.slider, slot, on));
+    QCoreApplication::processEvents();
+
+    QCOMPARE(rig.slider->getMode(), startMode);
+    QCOMPARE(rig.slider->getMinColor(), SomeMinColor);
+    QCOMPARE(rig.slider->getMaxColor(), SomeMaxColor);
+    QCOMPARE(rig.recorder.names, QStringList());
+    QCOMPARE(rig.paints.count, 0);
 }
 
 } // namespace
@@ -809,22 +888,20 @@ void tst_QZEColorSlider::initResetsEverythingButOrientation()
 
 void tst_QZEColorSlider::initNeitherReenablesNorRepaints()
 {
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
+    WatchedRig rig([](QZEColorSlider& slider) {
+        slider.setValue(0.2f, false);
+        slider.setPhotometricParameters(true);
+    });
+    QVERIFY(rig.exposed);
     QZEColorSlider& slider = *rig.slider;
-    slider.setValue(0.2f, false);
-    slider.setPhotometricParameters(true);
     QVERIFY(!slider.isEnabled());
-    QCoreApplication::processEvents();
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
 
     slider.init();
     QCoreApplication::processEvents();
 
     QVERIFY(!slider.isEnabled());
-    QCOMPARE(paints.count, 0);
-    QCOMPARE(recorder.names, QStringList());
+    QCOMPARE(rig.paints.count, 0);
+    QCOMPARE(rig.recorder.names, QStringList());
 }
 
 void tst_QZEColorSlider::propertiesReadAndWriteOrientationAndMode()
@@ -981,17 +1058,14 @@ void tst_QZEColorSlider::setValueDoesNotClamp()
 
 void tst_QZEColorSlider::setValueWithoutSignalsEmitsNothingButRepaints()
 {
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
-    QCoreApplication::processEvents();
-    PaintCounter paints(rig.slider);
-    SignalRecorder recorder(*rig.slider);
+    WatchedRig rig;
+    QVERIFY(rig.exposed);
 
     rig.slider->setValue(0.3f, false);
 
-    QCOMPARE(paints.count, 1); // at once, not deferred
+    QCOMPARE(rig.paints.count, 1); // at once, not deferred
     QCOMPARE(rig.slider->getValue(), 0.3f);
-    QCOMPARE(recorder.names, QStringList());
+    QCOMPARE(rig.recorder.names, QStringList());
 }
 
 void tst_QZEColorSlider::setValueToStoredValueEmitsNothing()
@@ -1036,12 +1110,9 @@ void tst_QZEColorSlider::setEndColourEmitsOnlyWhenChanged()
     QFETCH(bool, maxEnd);
     QFETCH(QZEColor, colour);
     QFETCH(bool, changes);
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
-    QCoreApplication::processEvents();
+    WatchedRig rig;
+    QVERIFY(rig.exposed);
     QZEColorSlider& slider = *rig.slider;
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
     const auto setEnd = [&] {
         if (maxEnd)
             slider.setMaxColor(colour);
@@ -1052,14 +1123,14 @@ void tst_QZEColorSlider::setEndColourEmitsOnlyWhenChanged()
     setEnd();
     const QStringList once = changes ? QStringList{maxEnd ? "maxColorChanged" : "minColorChanged"}
                                      : QStringList();
-    QCOMPARE(recorder.names, once);
-    QCOMPARE(paints.count, changes ? 1 : 0);
+    QCOMPARE(rig.recorder.names, once);
+    QCOMPARE(rig.paints.count, changes ? 1 : 0);
     if (changes)
-        QCOMPARE(recorder.colorAt(0), colour);
+        QCOMPARE(rig.recorder.colorAt(0), colour);
     QCOMPARE(maxEnd ? slider.getMaxColor() : slider.getMinColor(), colour);
 
     setEnd();
-    QCOMPARE(recorder.names, once);
+    QCOMPARE(rig.recorder.names, once);
 }
 
 void tst_QZEColorSlider::rgbEndColourOverloadsStoreHsvSilently_data()
@@ -1102,12 +1173,9 @@ void tst_QZEColorSlider::rgbEndColourOverloadsStoreHsvSilently()
 
 void tst_QZEColorSlider::plainSettersNeitherEmitNorRepaint()
 {
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
-    QCoreApplication::processEvents();
+    WatchedRig rig;
+    QVERIFY(rig.exposed);
     QZEColorSlider& slider = *rig.slider;
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
 
     slider.setOrientation(Qt::Vertical);
     slider.setTracking(false);
@@ -1116,8 +1184,8 @@ void tst_QZEColorSlider::plainSettersNeitherEmitNorRepaint()
     slider.setMaxColor(0.6f, 0.5f, 0.4f);
     QCoreApplication::processEvents();
 
-    QCOMPARE(paints.count, 0);
-    QCOMPARE(recorder.names, QStringList());
+    QCOMPARE(rig.paints.count, 0);
+    QCOMPARE(rig.recorder.names, QStringList());
     QCOMPARE(slider.getMode(), QZEColorSlider::Lstar);
 }
 
@@ -1130,24 +1198,7 @@ void tst_QZEColorSlider::modeSlotsWithFalseDoNothing()
 {
     QFETCH(QByteArray, slot);
     QFETCH(Mode, mode);
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
-    QZEColorSlider& slider = *rig.slider;
-    slider.setMode(otherMode(mode));
-    slider.setMinColor(SomeMinColor);
-    slider.setMaxColor(SomeMaxColor);
-    QCoreApplication::processEvents();
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
-
-    QVERIFY(invokeModeSlot(slider, slot, false));
-    QCoreApplication::processEvents();
-
-    QCOMPARE(slider.getMode(), otherMode(mode));
-    QCOMPARE(slider.getMinColor(), SomeMinColor);
-    QCOMPARE(slider.getMaxColor(), SomeMaxColor);
-    QCOMPARE(recorder.names, QStringList());
-    QCOMPARE(paints.count, 0);
+    verifyModeSlotChangesNothing(slot, otherMode(mode), false);
 }
 
 void tst_QZEColorSlider::modeSlotsSwitchModeSilently_data()
@@ -1160,20 +1211,14 @@ void tst_QZEColorSlider::modeSlotsSwitchModeSilently()
     QFETCH(QByteArray, slot);
     QFETCH(Mode, mode);
     QFETCH(float, primaryHue);
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
+    WatchedRig rig(otherMode(mode));
+    QVERIFY(rig.exposed);
     QZEColorSlider& slider = *rig.slider;
-    slider.setMode(otherMode(mode));
-    slider.setMinColor(SomeMinColor);
-    slider.setMaxColor(SomeMaxColor);
-    QCoreApplication::processEvents();
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
 
     QVERIFY(invokeModeSlot(slider, slot, true));
 
     QCOMPARE(slider.getMode(), mode);
-    QCOMPARE(recorder.names, QStringList());
+    QCOMPARE(rig.recorder.names, QStringList());
     if (primaryHue >= 0.0f) {
         QCOMPARE(slider.getMinColor(), QZEColor(0.0f, 0.0f, 0.0f));
         QCOMPARE(slider.getMaxColor(), QZEColor(primaryHue, 1.0f, 1.0f));
@@ -1181,7 +1226,7 @@ void tst_QZEColorSlider::modeSlotsSwitchModeSilently()
         QCOMPARE(slider.getMinColor(), SomeMinColor);
         QCOMPARE(slider.getMaxColor(), SomeMaxColor);
     }
-    QTRY_VERIFY(paints.count > 0);
+    QTRY_VERIFY(rig.paints.count > 0);
 }
 
 void tst_QZEColorSlider::modeSlotsInCurrentModeDoNothing_data()
@@ -1193,24 +1238,7 @@ void tst_QZEColorSlider::modeSlotsInCurrentModeDoNothing()
 {
     QFETCH(QByteArray, slot);
     QFETCH(Mode, mode);
-    MouseRig rig;
-    QVERIFY(QTest::qWaitForWindowExposed(&rig.window));
-    QZEColorSlider& slider = *rig.slider;
-    slider.setMode(mode);
-    slider.setMinColor(SomeMinColor);
-    slider.setMaxColor(SomeMaxColor);
-    QCoreApplication::processEvents();
-    PaintCounter paints(&slider);
-    SignalRecorder recorder(slider);
-
-    QVERIFY(invokeModeSlot(slider, slot, true));
-    QCoreApplication::processEvents();
-
-    QCOMPARE(slider.getMode(), mode);
-    QCOMPARE(slider.getMinColor(), SomeMinColor);
-    QCOMPARE(slider.getMaxColor(), SomeMaxColor);
-    QCOMPARE(recorder.names, QStringList());
-    QCOMPARE(paints.count, 0);
+    verifyModeSlotChangesNothing(slot, mode, true);
 }
 
 void tst_QZEColorSlider::getColorFollowsMode_data()
@@ -1606,11 +1634,6 @@ void tst_QZEColorSlider::bevelHasThreeOutlines()
     // The handle at value 0.5 covers columns 97..101; rows are checked on both sides.
     const int handleLeft = 96;
     const int handleRight = 102;
-    struct Area
-    {
-        QRect rect;
-        QColor colour;
-    };
     const QList<Area> areas = {
         {QRect(QPoint(0, 0), QPoint(0, h - 1)), ButtonColour},
         {QRect(QPoint(w - 1, 0), QPoint(w - 1, h - 1)), ButtonColour},
@@ -1633,10 +1656,8 @@ void tst_QZEColorSlider::bevelHasThreeOutlines()
         {QRect(QPoint(3, 3), QPoint(3, h - 4)),
          expectedColumn(QZEColorSlider::Hue, 2.0f / float(w - 2), {})},
     };
-    for (const Area& area : areas) {
-        const QString difference = areaDifference(image, area.rect, area.colour);
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));
-    }
+    const QString difference = areasDifference(image, areas);
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
 }
 
 void tst_QZEColorSlider::handleOutlinesSitAtValue_data()
@@ -1659,7 +1680,7 @@ void tst_QZEColorSlider::handleOutlinesSitAtValue()
     const QImage image = rendered(slider);
     const int c = centre;
     const int h = StripHeight;
-    const QList<QPair<QRect, QColor>> areas = {
+    const QList<Area> areas = {
         {QRect(QPoint(c - 2, 0), QPoint(c - 2, h - 1)), ShadowColour},
         {QRect(QPoint(c + 2, 0), QPoint(c + 2, h - 1)), ShadowColour},
         {QRect(QPoint(c - 2, 0), QPoint(c + 2, 0)), ShadowColour},
@@ -1669,10 +1690,8 @@ void tst_QZEColorSlider::handleOutlinesSitAtValue()
         {QRect(QPoint(c + 1, 2), QPoint(c + 1, h - 2)), MidlightColour},
         {QRect(QPoint(c, h - 2), QPoint(c + 1, h - 2)), MidlightColour},
     };
-    for (const auto& area : areas) {
-        const QString difference = areaDifference(image, area.first, area.second);
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));
-    }
+    const QString difference = areasDifference(image, areas);
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
 }
 
 void tst_QZEColorSlider::renderingMatchesReference_data()

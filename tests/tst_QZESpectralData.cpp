@@ -1,5 +1,6 @@
 #include "QZESpectralData.h"
 #include "QZESpectrum.h"
+#include "TestHelpers.h"
 
 #include <QtTest>
 
@@ -126,14 +127,6 @@ std::vector<double> bandAverages(const Curve& c)
     return bands;
 }
 
-std::vector<double> grid(int start, int delta, int num)
-{
-    std::vector<double> wavelengths;
-    for (int i = 0; i < num; ++i)
-        wavelengths.push_back(start + i * delta);
-    return wavelengths;
-}
-
 std::vector<double> resampled(const Curve& c, const std::vector<double>& wavelengths)
 {
     std::vector<double> values;
@@ -252,6 +245,18 @@ const QZESpectrum& illuminantMember(const QZESpectralData* data, const QString& 
     if (column == QLatin1String("A"))
         return data->getIlluminantA();
     return column == QLatin1String("D65") ? data->getIlluminantD65() : data->getIlluminantE();
+}
+
+// A member loaded from its CSV file: active version 2 with a source value at
+// each of the file's wavelengths.
+void verifyLoadedAtCsvWavelengths(const QZESpectrum& member, int count,
+                                  const std::vector<double>& lambda)
+{
+    QVERIFY(member.isActive());
+    QCOMPARE(member.getVersionID(), 2);
+    QCOMPARE(member.getNumSamples(), count);
+    QCOMPARE(member.getSourceValues().size(), size_t(count));
+    QZE_VERIFY_VALUES(member.getWavelengths(), lambda, 0.0, 0.0);
 }
 
 QZESpectrum spectrumOfUnitBands()
@@ -403,11 +408,7 @@ void tst_QZESpectralData::observerIsLoadedAt471ArbitraryWavelengths()
 {
     QFETCH(QString, column);
     const QZESpectrum& member = observerMember(shared(), column);
-    QVERIFY(member.isActive());
-    QCOMPARE(member.getVersionID(), 2);
-    QCOMPARE(member.getNumSamples(), 471);
-    QCOMPARE(member.getSourceValues().size(), size_t(471));
-    QZE_VERIFY_VALUES(member.getWavelengths(), m_cie1931[QStringLiteral("lambda")], 0.0, 0.0);
+    QZE_CHECK(verifyLoadedAtCsvWavelengths(member, 471, m_cie1931[QStringLiteral("lambda")]));
     QCOMPARE(member.getSamples().size(), size_t(NumBands));
 }
 
@@ -422,12 +423,8 @@ void tst_QZESpectralData::illuminantsAreLoadedAt107Wavelengths_data()
 void tst_QZESpectralData::illuminantsAreLoadedAt107Wavelengths()
 {
     QFETCH(QString, column);
-    const QZESpectrum& member = illuminantMember(shared(), column);
-    QVERIFY(member.isActive());
-    QCOMPARE(member.getVersionID(), 2);
-    QCOMPARE(member.getNumSamples(), 107);
-    QCOMPARE(member.getSourceValues().size(), size_t(107));
-    QZE_VERIFY_VALUES(member.getWavelengths(), m_illuminants[QStringLiteral("lambda")], 0.0, 0.0);
+    verifyLoadedAtCsvWavelengths(illuminantMember(shared(), column), 107,
+                                 m_illuminants[QStringLiteral("lambda")]);
 }
 
 void tst_QZESpectralData::basesAreTheCsvTablesResampledOnto380To780Step5_data()
@@ -452,7 +449,7 @@ void tst_QZESpectralData::basesAreTheCsvTablesResampledOnto380To780Step5()
     QCOMPARE(member.getStartWavelength(), BasisStart);
     QCOMPARE(member.getDeltaWavelength(), BasisDelta);
     QCOMPARE(member.getNumSamples(), BasisNum);
-    const std::vector<double> wavelengths = grid(BasisStart, BasisDelta, BasisNum);
+    const std::vector<double> wavelengths = gridOf(BasisStart, BasisDelta, BasisNum);
     QZE_VERIFY_VALUES(member.getWavelengths(), wavelengths, 0.0, 0.0);
     // Beyond 720 nm the last tabulated value continues.
     const std::vector<double> expected =
@@ -550,7 +547,7 @@ void tst_QZESpectralData::resampleReflSpecStoresTheGridAndResamplesOnlyTheReflec
     QVERIFY(data->hasReflSampling(400, 10, 31));
     QVERIFY(!data->hasReflSampling(BasisStart, BasisDelta, BasisNum));
 
-    const std::vector<double> wavelengths = grid(400, 10, 31);
+    const std::vector<double> wavelengths = gridOf(400, 10, 31);
     for (int b = 0; b < QZESpectralData::NumBases; ++b) {
         const auto which = QZESpectralData::Basis(b);
         const QZESpectrum& refl = data->getReflectanceBasis(which);
@@ -578,7 +575,7 @@ void tst_QZESpectralData::setRGBOnANewGridUpdatesTheCacheKey()
     QCOMPARE(data->getReflDeltaWavelength(), 10);
     QCOMPARE(data->getReflNumSamples(), 31);
     QCOMPARE(spectrum.getNumSamples(), 31);
-    const std::vector<double> wavelengths = grid(400, 10, 31);
+    const std::vector<double> wavelengths = gridOf(400, 10, 31);
     QZE_VERIFY_VALUES(spectrum.getWavelengths(), wavelengths, 0.0, 0.0);
     QZE_VERIFY_VALUES(spectrum.getSourceValues(), smitsSpectrum(rgb, wavelengths), 0.0, 2e-6);
 }
@@ -599,7 +596,7 @@ void tst_QZESpectralData::setRGBOnTheCachedGridLeavesTheBasesAsTheyAre()
     QCOMPARE(data->getReflNumSamples(), 31);
     QCOMPARE(data->getReflectanceBasis(QZESpectralData::White).getNumSamples(), BasisNum);
     const std::vector<double> fromUnchangedBases =
-        smitsSpectrum(rgb, grid(BasisStart, BasisDelta, 31));
+        smitsSpectrum(rgb, gridOf(BasisStart, BasisDelta, 31));
     QZE_VERIFY_VALUES(spectrum.getSourceValues(), fromUnchangedBases, 0.0, 2e-6);
 }
 
@@ -608,7 +605,7 @@ void tst_QZESpectralData::setRGBOnTheCachedGridLeavesTheBasesAsTheyAre()
 void tst_QZESpectralData::setRGBOfWhiteIs0_94TimesTheWhiteBasis()
 {
     const std::vector<double> white = resampled(curveOf(m_smits, QStringLiteral("refl_white")),
-                                                grid(BasisStart, BasisDelta, BasisNum));
+                                                gridOf(BasisStart, BasisDelta, BasisNum));
     std::vector<double> expected;
     for (double w : white)
         expected.push_back(std::min(SmitsScale * w, 1.0));
@@ -633,7 +630,7 @@ void tst_QZESpectralData::setRGBOfBlackOrNegativeColoursGivesZeros()
     QFETCH(float, g);
     QFETCH(float, b);
     const std::vector<double> zeros(BasisNum, 0.0);
-    QCOMPARE(smitsSpectrum({r, g, b}, grid(BasisStart, BasisDelta, BasisNum)), zeros);
+    QCOMPARE(smitsSpectrum({r, g, b}, gridOf(BasisStart, BasisDelta, BasisNum)), zeros);
     const QZESpectrum spectrum = fromRgb({r, g, b}, BasisStart, BasisDelta, BasisNum);
     QZE_VERIFY_VALUES(spectrum.getSourceValues(), zeros, 0.0, 0.0);
 }
@@ -652,7 +649,7 @@ void tst_QZESpectralData::equalChannelsGiveTheScaledWhiteBasis()
 {
     QFETCH(float, level);
     const std::vector<double> white = resampled(curveOf(m_smits, QStringLiteral("refl_white")),
-                                                grid(BasisStart, BasisDelta, BasisNum));
+                                                gridOf(BasisStart, BasisDelta, BasisNum));
     const QZESpectrum spectrum = fromRgb({level, level, level}, BasisStart, BasisDelta, BasisNum);
     QZE_VERIFY_VALUES(spectrum.getSourceValues(), scaled(white, SmitsScale * level), 0.0, 2e-6);
 }
@@ -682,7 +679,7 @@ void tst_QZESpectralData::setRGBCombinesTheReflectanceBasesBySmitsMethod()
     QFETCH(float, b);
     const QZESpectrum spectrum = fromRgb({r, g, b}, BasisStart, BasisDelta, BasisNum);
     const std::vector<double> expected =
-        smitsSpectrum({r, g, b}, grid(BasisStart, BasisDelta, BasisNum));
+        smitsSpectrum({r, g, b}, gridOf(BasisStart, BasisDelta, BasisNum));
     QZE_VERIFY_VALUES(spectrum.getSourceValues(), expected, 0.0, 2e-6);
 }
 
@@ -699,7 +696,7 @@ void tst_QZESpectralData::setRGBLeavesAnActiveUniformSpectrumWithFreshBands()
     QCOMPARE(spectrum.getStartWavelength(), BasisStart);
     QCOMPARE(spectrum.getDeltaWavelength(), BasisDelta);
     QCOMPARE(spectrum.getNumSamples(), BasisNum);
-    const std::vector<double> wavelengths = grid(BasisStart, BasisDelta, BasisNum);
+    const std::vector<double> wavelengths = gridOf(BasisStart, BasisDelta, BasisNum);
     const std::vector<double> bands = bandAverages({wavelengths, smitsSpectrum(rgb, wavelengths)});
     QZE_VERIFY_VALUES(spectrum.getSamples(), bands, 1e-5, 1e-6);
 }

@@ -1,3 +1,5 @@
+#include "TestHelpers.h"
+
 #include <QZESpectrum.h>
 
 #include <QMap>
@@ -40,6 +42,7 @@ private:
     };
 
     Result runTool(const QStringList& arguments) const;
+    void verifyRunsSilently(const QStringList& arguments) const;
     void readInfo(const QString& file, QMap<QString, QString>& fields) const;
     void writeFile(const QString& name, const QByteArray& content) const;
     QString path(const QString& name) const { return _dir.filePath(name); }
@@ -74,6 +77,16 @@ bool closeTo(double actual, double expected, double relative)
     return std::abs(actual - expected) <= relative * std::max(1.0, std::abs(expected));
 }
 
+// Version 1 with num source values on the grid start, delta.
+void verifyUniformGrid(const QZESpectrum& spectrum, int start, int delta, int num)
+{
+    QCOMPARE(spectrum.getVersionID(), 1);
+    QCOMPARE(spectrum.getStartWavelength(), start);
+    QCOMPARE(spectrum.getDeltaWavelength(), delta);
+    QCOMPARE(spectrum.getNumSamples(), num);
+    QCOMPARE(int(spectrum.getSourceValues().size()), num);
+}
+
 } // namespace
 
 void tst_qzespectrum::initTestCase()
@@ -99,6 +112,15 @@ tst_qzespectrum::Result tst_qzespectrum::runTool(const QStringList& arguments) c
     result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
     result.err = QString::fromLocal8Bit(process.readAllStandardError());
     return result;
+}
+
+// A successful run prints nothing of its own.
+void tst_qzespectrum::verifyRunsSilently(const QStringList& arguments) const
+{
+    const Result result = runTool(arguments);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QString());
+    QCOMPARE(result.err, QString());
 }
 
 void tst_qzespectrum::readInfo(const QString& file, QMap<QString, QString>& fields) const
@@ -137,17 +159,12 @@ void tst_qzespectrum::helpListsEveryCommandAndSucceeds()
 
 void tst_qzespectrum::fromRgbThenInfoDescribesTheDefaultGrid()
 {
-    const Result written = runTool({QStringLiteral("from-rgb"), QStringLiteral("0.8"),
-                                    QStringLiteral("0.4"), QStringLiteral("0.2"),
-                                    QStringLiteral("-o"), QStringLiteral("rgb.spectral")});
-    QCOMPARE(written.exitCode, 0);
-    QCOMPARE(written.out, QString());
-    QCOMPARE(written.err, QString());
+    QZE_CHECK(verifyRunsSilently({QStringLiteral("from-rgb"), QStringLiteral("0.8"),
+                                  QStringLiteral("0.4"), QStringLiteral("0.2"),
+                                  QStringLiteral("-o"), QStringLiteral("rgb.spectral")}));
 
     QMap<QString, QString> fields;
-    readInfo(QStringLiteral("rgb.spectral"), fields);
-    if (QTest::currentTestFailed())
-        return;
+    QZE_CHECK(readInfo(QStringLiteral("rgb.spectral"), fields));
     QCOMPARE(fields.value(QStringLiteral("version")), QStringLiteral("1"));
     QCOMPARE(fields.value(QStringLiteral("sampling")), QStringLiteral("uniform"));
     QCOMPARE(fields.value(QStringLiteral("grid")), QStringLiteral("380,5,81"));
@@ -164,18 +181,13 @@ void tst_qzespectrum::fromRgbThenInfoDescribesTheDefaultGrid()
 
 void tst_qzespectrum::fromRgbUsesTheGivenGrid()
 {
-    const Result result = runTool({QStringLiteral("from-rgb"), QStringLiteral("0.1"),
-                                   QStringLiteral("0.6"), QStringLiteral("0.3"),
-                                   QStringLiteral("--grid"), QStringLiteral("400,10,31"),
-                                   QStringLiteral("-o"), QStringLiteral("grid.spectral")});
-    QCOMPARE(result.exitCode, 0);
+    QZE_CHECK(verifyRunsSilently({QStringLiteral("from-rgb"), QStringLiteral("0.1"),
+                                  QStringLiteral("0.6"), QStringLiteral("0.3"),
+                                  QStringLiteral("--grid"), QStringLiteral("400,10,31"),
+                                  QStringLiteral("-o"), QStringLiteral("grid.spectral")}));
     QZESpectrum spectrum;
     QVERIFY(spectrum.load(path(QStringLiteral("grid.spectral"))));
-    QCOMPARE(spectrum.getVersionID(), 1);
-    QCOMPARE(spectrum.getStartWavelength(), 400);
-    QCOMPARE(spectrum.getDeltaWavelength(), 10);
-    QCOMPARE(spectrum.getNumSamples(), 31);
-    QCOMPARE(int(spectrum.getSourceValues().size()), 31);
+    verifyUniformGrid(spectrum, 400, 10, 31);
 }
 
 void tst_qzespectrum::infoRgbFollowsTheInputUpToScale_data()
@@ -193,14 +205,10 @@ void tst_qzespectrum::infoRgbFollowsTheInputUpToScale()
 {
     QFETCH(QStringList, input);
     const QString file = QStringLiteral("%1.spectral").arg(QLatin1String(QTest::currentDataTag()));
-    QCOMPARE(runTool(QStringList{QStringLiteral("from-rgb")} + input
-                     + QStringList{QStringLiteral("-o"), file})
-                 .exitCode,
-             0);
+    QZE_CHECK(verifyRunsSilently(QStringList{QStringLiteral("from-rgb")} + input
+                                 + QStringList{QStringLiteral("-o"), file}));
     QMap<QString, QString> fields;
-    readInfo(file, fields);
-    if (QTest::currentTestFailed())
-        return;
+    QZE_CHECK(readInfo(file, fields));
     const QStringList output = fields.value(QStringLiteral("rgb")).split(QLatin1Char(' '));
     QCOMPARE(output.size(), 3);
     double in[3];
@@ -247,9 +255,7 @@ void tst_qzespectrum::infoDescribesTheFile()
     QFETCH(double, photometric);
 
     QMap<QString, QString> fields;
-    readInfo(file, fields);
-    if (QTest::currentTestFailed())
-        return;
+    QZE_CHECK(readInfo(file, fields));
     QCOMPARE(fields.value(QStringLiteral("version")), version);
     QCOMPARE(fields.value(QStringLiteral("sampling")), sampling);
     QCOMPARE(fields.value(QStringLiteral("grid")), grid);
@@ -267,9 +273,7 @@ void tst_qzespectrum::infoDescribesTheFile()
 void tst_qzespectrum::infoRgbOfConstantHalfIsHalfTheObserverSums()
 {
     QMap<QString, QString> fields;
-    readInfo(QStringLiteral("half.spectral"), fields);
-    if (QTest::currentTestFailed())
-        return;
+    QZE_CHECK(readInfo(QStringLiteral("half.spectral"), fields));
     const QStringList rgb = fields.value(QStringLiteral("rgb")).split(QLatin1Char(' '));
     QCOMPARE(rgb.size(), 3);
     const double expected[3] = {0.5 * 10.6857, 0.5 * 10.6858, 0.5 * 10.6841};
@@ -279,11 +283,8 @@ void tst_qzespectrum::infoRgbOfConstantHalfIsHalfTheObserverSums()
 
 void tst_qzespectrum::convertWritesTextSpectrumAsNativeFile()
 {
-    const Result result = runTool({QStringLiteral("convert"), QStringLiteral("ramp.txt"),
-                                   QStringLiteral("ramp.spectral")});
-    QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, QString());
-    QCOMPARE(result.err, QString());
+    QZE_CHECK(verifyRunsSilently({QStringLiteral("convert"), QStringLiteral("ramp.txt"),
+                                  QStringLiteral("ramp.spectral")}));
 
     QFile file(path(QStringLiteral("ramp.spectral")));
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -299,20 +300,13 @@ void tst_qzespectrum::convertWritesTextSpectrumAsNativeFile()
 
 void tst_qzespectrum::resampleInterpolatesOntoTheGrid()
 {
-    const Result result = runTool({QStringLiteral("resample"), QStringLiteral("ramp.txt"),
-                                   QStringLiteral("--grid"), QStringLiteral("400,10,31"),
-                                   QStringLiteral("-o"), QStringLiteral("resampled.spectral")});
-    QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, QString());
-    QCOMPARE(result.err, QString());
+    QZE_CHECK(verifyRunsSilently({QStringLiteral("resample"), QStringLiteral("ramp.txt"),
+                                  QStringLiteral("--grid"), QStringLiteral("400,10,31"),
+                                  QStringLiteral("-o"), QStringLiteral("resampled.spectral")}));
 
     QZESpectrum spectrum;
     QVERIFY(spectrum.loadNative(path(QStringLiteral("resampled.spectral"))));
-    QCOMPARE(spectrum.getVersionID(), 1);
-    QCOMPARE(spectrum.getStartWavelength(), 400);
-    QCOMPARE(spectrum.getDeltaWavelength(), 10);
-    QCOMPARE(spectrum.getNumSamples(), 31);
-    QCOMPARE(int(spectrum.getSourceValues().size()), 31);
+    QZE_CHECK(verifyUniformGrid(spectrum, 400, 10, 31));
     for (int i = 0; i < 31; ++i) {
         const double wavelength = 400.0 + 10.0 * i;
         QCOMPARE(double(spectrum.getWavelengths()[size_t(i)]), wavelength);

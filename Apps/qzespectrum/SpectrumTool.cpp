@@ -26,6 +26,28 @@ bool namesFormat(const QString& name, const char* suffix)
     return name.toUpper().contains(QLatin1String(suffix));
 }
 
+// The model reports a file it cannot open only by its result; opening the
+// file first gives the reason.
+bool opens(const QString& name, QIODevice::OpenMode mode, QString& reason)
+{
+    QFile file(name);
+    if (file.open(mode))
+        return true;
+    reason = file.errorString();
+    return false;
+}
+
+// Runs a file operation of the model with its progress lines kept out of the
+// tool's output, and hands over the error lines among them.
+template <typename Operation>
+bool runQuietly(Operation operation, QStringList& errors)
+{
+    StreamCapture capture;
+    const bool done = operation();
+    errors = capture.errorLines();
+    return done;
+}
+
 } // namespace
 
 const SpectrumTool::Command SpectrumTool::Commands[] = {
@@ -236,21 +258,11 @@ int SpectrumTool::loadSpectrum(const QString& name, QZESpectrum& spectrum)
     if (!namesFormat(name, ".SPECTRAL") && !namesFormat(name, ".TXT"))
         return usageError(tr("%1: unknown file type; expected a .spectral or .txt file")
                               .arg(name));
-    // The model reports an unreadable file only by its result; the probe
-    // gives the reason.
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        return fileError(tr("cannot read %1: %2").arg(name, file.errorString()));
-    file.close();
-
-    bool loaded;
+    QString reason;
+    if (!opens(name, QIODevice::ReadOnly, reason))
+        return fileError(tr("cannot read %1: %2").arg(name, reason));
     QStringList errors;
-    {
-        StreamCapture capture;
-        loaded = spectrum.load(name);
-        errors = capture.errorLines();
-    }
-    if (!loaded)
+    if (!runQuietly([&] { return spectrum.load(name); }, errors))
         return fileError(tr("%1 is not a valid spectrum file").arg(name), errors);
     if (spectrum.getNumSamples() == 0)
         return fileError(tr("%1 holds no samples").arg(name));
@@ -260,19 +272,11 @@ int SpectrumTool::loadSpectrum(const QString& name, QZESpectrum& spectrum)
 
 int SpectrumTool::saveSpectrum(QZESpectrum& spectrum, const QString& name)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly))
-        return fileError(tr("cannot write %1: %2").arg(name, file.errorString()));
-    file.close();
-
-    bool saved;
+    QString reason;
+    if (!opens(name, QIODevice::WriteOnly, reason))
+        return fileError(tr("cannot write %1: %2").arg(name, reason));
     QStringList errors;
-    {
-        StreamCapture capture;
-        saved = spectrum.save(name);
-        errors = capture.errorLines();
-    }
-    if (!saved)
+    if (!runQuietly([&] { return spectrum.save(name); }, errors))
         return fileError(tr("cannot write %1").arg(name), errors);
     return Success;
 }

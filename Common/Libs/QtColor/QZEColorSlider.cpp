@@ -15,18 +15,17 @@ constexpr float HueRealScale = 359.99f;   // getRealValue, the read-out
 constexpr float HueColorScale = 359.999f; // getColor; differs on purpose
 constexpr int HintLength = 62;
 
-QPen cosmeticPen(const QColor& color)
+// A one-pixel outline on the border of the box with corners (x1, y1) and
+// (x2, y2), both included, drawn as four thin fills: the pixels of a cosmetic
+// 1-pixel stroke at a fraction of its cost, and exact also where the box is
+// clipped by the widget's edge.
+void drawOutline(QPainter& painter, const QColor& color, int x1, int y1, int x2, int y2)
 {
-    QPen pen(color, 1.0);
-    pen.setCosmetic(true);
-    return pen;
-}
-
-// Outlines cover x1..x2 and y1..y2 inclusive. QPainter strokes a QRect one
-// pixel wider than the rectangle, hence the width x2 - x1.
-void drawOutline(QPainter& painter, int x1, int y1, int x2, int y2)
-{
-    painter.drawRect(QRect(x1, y1, x2 - x1, y2 - y1));
+    const QRect box = QRect(QPoint(x1, y1), QPoint(x2, y2)).normalized();
+    painter.fillRect(QRect(box.left(), box.top(), box.width(), 1), color);
+    painter.fillRect(QRect(box.left(), box.bottom(), box.width(), 1), color);
+    painter.fillRect(QRect(box.left(), box.top(), 1, box.height()), color);
+    painter.fillRect(QRect(box.right(), box.top(), 1, box.height()), color);
 }
 
 QColor paletteColor(QPalette::ColorRole role)
@@ -259,11 +258,7 @@ void QZEColorSlider::paintEvent(QPaintEvent*)
 
 void QZEColorSlider::repaintSlider(QPainter& painter)
 {
-    const QPalette palette = QGuiApplication::palette();
-    painter.setPen(cosmeticPen(palette.color(QPalette::Button)));
-    painter.setBrush(palette.brush(QPalette::Button));
-    drawOutline(painter, 0, 0, width() - 1, height() - 1);
-    painter.setBrush(Qt::NoBrush);
+    painter.fillRect(rect(), QGuiApplication::palette().brush(QPalette::Button));
 
     const bool enabled = isEnabled();
     drawColumns(painter, enabled);
@@ -339,12 +334,9 @@ void QZEColorSlider::drawBevel(QPainter& painter) const
 {
     const int w = width();
     const int h = height();
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Light)));
-    drawOutline(painter, 1, 1, w - 3, h - 3);
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Midlight)));
-    drawOutline(painter, 2, 2, w - 2, h - 2);
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Shadow)));
-    drawOutline(painter, 1, 1, w - 2, h - 2);
+    drawOutline(painter, paletteColor(QPalette::Light), 1, 1, w - 3, h - 3);
+    drawOutline(painter, paletteColor(QPalette::Midlight), 2, 2, w - 2, h - 2);
+    drawOutline(painter, paletteColor(QPalette::Shadow), 1, 1, w - 2, h - 2);
 }
 
 void QZEColorSlider::drawDisabledText(QPainter& painter)
@@ -356,7 +348,7 @@ void QZEColorSlider::drawDisabledText(QPainter& painter)
         text = tr("Disabled, using spectral data.");
     if (text.isEmpty())
         return;
-    painter.setPen(cosmeticPen(QColor(192, 192, 192)));
+    painter.setPen(QColor(192, 192, 192));
     painter.drawText(QPointF(5.0, height() - 4), text);
 }
 
@@ -373,11 +365,7 @@ void QZEColorSlider::drawHandle(QPainter& painter) const
 {
     const int h = height();
     const int c = handleCentre();
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Midlight)));
-    drawOutline(painter, c - 2, 0, c + 1, h - 2);
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Highlight)));
-    drawOutline(painter, c - 1, 1, c + 2, h - 1);
-    painter.setPen(cosmeticPen(paletteColor(QPalette::Shadow)));
-    drawOutline(painter, c - 2, 0, c + 2, h - 1);
+    drawOutline(painter, paletteColor(QPalette::Midlight), c - 2, 0, c + 1, h - 2);
+    drawOutline(painter, paletteColor(QPalette::Highlight), c - 1, 1, c + 2, h - 1);
+    drawOutline(painter, paletteColor(QPalette::Shadow), c - 2, 0, c + 2, h - 1);
 }

@@ -1,5 +1,6 @@
 #include "QZESpectrum.h"
 
+#include "QZEAnalyticSpectrum.h"
 #include "QZENumberScanner.h"
 #include "QZESpectralData.h"
 
@@ -490,6 +491,48 @@ void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int nu
     _startWavelength = start;
     _deltaWavelength = delta;
     _numSamples = num;
+}
+
+// --- Analytic spectra --------------------------------------------------------
+
+bool QZESpectrum::addAnalyticFunction(int function, float peakWavelength, float peakIntensity,
+                                      float fwhm, float temperature, bool replace, int start,
+                                      int delta, int num)
+{
+    const QZEAnalyticSpectrum analytic(function, peakWavelength, peakIntensity, fwhm, temperature);
+    if (!analytic.isValid())
+        return false;
+    const bool onGrid = replace || sourceCount() == 0;
+    std::vector<float> wavelengths;
+    if (onGrid) {
+        for (int i = 0; i < num; ++i)
+            wavelengths.push_back(gridWavelength(start, delta, i));
+    } else {
+        wavelengths.assign(_wavelengths.begin(), _wavelengths.begin() + long(sourceCount()));
+    }
+    std::vector<float> values;
+    values.reserve(wavelengths.size());
+    for (float wavelength : wavelengths) {
+        values.push_back(analytic.valueAt(wavelength));
+        if (!std::isfinite(values.back()))
+            return false;
+    }
+
+    if (onGrid) {
+        _wavelengths.swap(wavelengths);
+        _sourceValues.swap(values);
+        _versionID = 1;
+        _filename.clear();
+        _startWavelength = start;
+        _deltaWavelength = delta;
+        _numSamples = num;
+    } else {
+        for (size_t i = 0; i < values.size(); ++i)
+            _sourceValues[i] += values[i];
+    }
+    resample();
+    setUseSpectrum(true);
+    return true;
 }
 
 // --- Files -------------------------------------------------------------------

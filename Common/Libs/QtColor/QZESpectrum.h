@@ -113,6 +113,15 @@ public:
     void setRGB(float r, float g, float b, int start, int delta, int num);
     RGB getRGB() const;
 
+    // Adds an analytic spectrum (QZEAnalyticSpectrum's functions 0..10) at the
+    // source wavelengths, or with replace makes the spectrum that function
+    // alone on the grid start, delta, num (also when there is no source yet).
+    // Afterwards the spectrum is active and its bands are current. Returns
+    // false and changes nothing for an unknown function, unusable parameters
+    // or values beyond float range (a black body far below 100 K).
+    bool addAnalyticFunction(int function, float peakWavelength, float peakIntensity, float fwhm,
+                             float temperature, bool replace, int start, int delta, int num);
+
     bool load(const QString& name);
     bool loadNative(const QString& name);
     bool loadTxt(const QString& name);
