@@ -212,9 +212,8 @@ float QZESpectrum::bandAverage(float lo, float hi) const
         return s[n - 1];
 
     double integral = w[0] > lo ? double(w[0] - lo) * s[0] : 0.0;
-    size_t j = 0;
-    while (j + 1 < n && w[j + 1] < lo)
-        ++j;
+    // First segment whose end reaches lo (lo < w[n - 1] here, so there is one).
+    size_t j = size_t(std::lower_bound(w.begin() + 1, w.begin() + long(n), lo) - w.begin()) - 1;
     for (; j + 1 < n && w[j] <= hi; ++j) {
         const float width = w[j + 1] - w[j];
         if (width <= 0.0f)
