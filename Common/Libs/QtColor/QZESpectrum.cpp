@@ -502,6 +502,8 @@ bool QZESpectrum::addAnalyticFunction(int function, float peakWavelength, float 
     if (!analytic.isValid())
         return false;
     const bool onGrid = replace || sourceCount() == 0;
+    if (onGrid && num <= 0)
+        return false;
     std::vector<float> wavelengths;
     if (onGrid) {
         for (int i = 0; i < num; ++i)

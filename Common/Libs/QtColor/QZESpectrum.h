@@ -117,8 +117,9 @@ public:
     // source wavelengths, or with replace makes the spectrum that function
     // alone on the grid start, delta, num (also when there is no source yet).
     // Afterwards the spectrum is active and its bands are current. Returns
-    // false and changes nothing for an unknown function, unusable parameters
-    // or values beyond float range (a black body far below 100 K).
+    // false and changes nothing for an unknown function, unusable parameters,
+    // an empty grid where the grid is used, or values beyond float range (a
+    // black body far below 100 K).
     bool addAnalyticFunction(int function, float peakWavelength, float peakIntensity, float fwhm,
                              float temperature, bool replace, int start, int delta, int num);
 
