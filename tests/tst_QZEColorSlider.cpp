@@ -540,6 +540,7 @@ private slots:
 
     // Edge cases
     void setValueToInitialHalfEmitsNothing();
+    void setValueToInitialHalfDoesNotRepaint();
     void forcedSetValueOfInitialHalfEmitsAllThreeSignals();
     void hueAtOneReadsAs359_99ButSelectsHue359_999();
     void astarAtHalfReadsZero();
@@ -668,6 +669,17 @@ void tst_QZEColorSlider::setValueToInitialHalfEmitsNothing()
     slider.setValue(0.5f);
     QCOMPARE(recorder.names, QStringList());
     QCOMPARE(slider.getValue(), 0.5f);
+}
+
+// An unchanged value returns before anything happens: no signal and no repaint.
+void tst_QZEColorSlider::setValueToInitialHalfDoesNotRepaint()
+{
+    WatchedRig rig;
+    QVERIFY(rig.exposed);
+    rig.slider->setValue(0.5f);
+    QCoreApplication::processEvents();
+    QCOMPARE(rig.paints.count, 0);
+    QCOMPARE(rig.recorder.names, QStringList());
 }
 
 void tst_QZEColorSlider::forcedSetValueOfInitialHalfEmitsAllThreeSignals()

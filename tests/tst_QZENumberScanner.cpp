@@ -57,6 +57,7 @@ private slots:
     void nextWordKeepsNonSpaceBytes();
     void nextReadsCFloatLiterals_data();
     void nextReadsCFloatLiterals();
+    void underflowReadsAsZeroAndGoesOn();
     void nextRejectsMalformedNumbers_data();
     void nextRejectsMalformedNumbers();
     void nextSkipsAnyWhiteSpace();
@@ -158,6 +159,10 @@ void tst_QZENumberScanner::nextReadsCFloatLiterals_data()
     QTest::newRow("nan") << QByteArray("nan") << nan;
     QTest::newRow("mixed-case NaN") << QByteArray("NaN") << nan;
     QTest::newRow("leading white space") << QByteArray(" \t\r\n 7") << 7.0;
+    // Too small for a float: zero, or a denormal where one is near, as strtof gives.
+    QTest::newRow("underflow to zero") << QByteArray("1e-50") << 0.0;
+    QTest::newRow("negative underflow") << QByteArray("-1e-60") << 0.0;
+    QTest::newRow("denormal") << QByteArray("1e-40") << 1e-40;
 }
 
 void tst_QZENumberScanner::nextReadsCFloatLiterals()
@@ -170,6 +175,19 @@ void tst_QZENumberScanner::nextReadsCFloatLiterals()
     QVERIFY(scanner.next(value));
     QVERIFY2(isNearestFloat(value, expected),
              qPrintable(QStringLiteral("read %1").arg(double(value), 0, 'g', 12)));
+    QVERIFY(!scanner.next(value));
+}
+
+void tst_QZENumberScanner::underflowReadsAsZeroAndGoesOn()
+{
+    QZENumberScanner scanner = scannerOf(QByteArray("4 1e-50 6"));
+    float value = -1.0f;
+    QVERIFY(scanner.next(value));
+    QCOMPARE(value, 4.0f);
+    QVERIFY(scanner.next(value));
+    QCOMPARE(value, 0.0f);
+    QVERIFY(scanner.next(value));
+    QCOMPARE(value, 6.0f);
     QVERIFY(!scanner.next(value));
 }
 

@@ -303,7 +303,8 @@ private slots:
 
     void resampleReflSpecStoresTheGridAndResamplesOnlyTheReflectanceBases();
     void setRGBOnANewGridUpdatesTheCacheKey();
-    void setRGBOnTheCachedGridLeavesTheBasesAsTheyAre();
+    void reloadedBasesAreKeyedAtTheirOwnGrid();
+    void setRGBOnAnEmptyGridKeepsTheBases();
 
     void setRGBOfWhiteIs0_94TimesTheWhiteBasis();
     void setRGBOfBlackOrNegativeColoursGivesZeros_data();
@@ -583,21 +584,38 @@ void tst_QZESpectralData::setRGBOnANewGridUpdatesTheCacheKey()
 // Reloading the tables puts the bases back on 380..780 step 5 but keeps the
 // stored key; a setRGB on the keyed grid then reads the bases unchanged,
 // which shows it did not resample them.
-void tst_QZESpectralData::setRGBOnTheCachedGridLeavesTheBasesAsTheyAre()
+void tst_QZESpectralData::reloadedBasesAreKeyedAtTheirOwnGrid()
 {
     const std::array<float, 3> rgb = {0.7f, 0.7f, 0.1f};
     QZESpectralData* data = shared();
     fromRgb(rgb, 400, 10, 31);
     data->initSpectralData();
+    QCOMPARE(data->getReflStartWavelength(), BasisStart);
+    QCOMPARE(data->getReflDeltaWavelength(), BasisDelta);
+    QCOMPARE(data->getReflNumSamples(), BasisNum);
 
+    // The coarse grid is asked for again: the reloaded bases are resampled to it.
     const QZESpectrum spectrum = fromRgb(rgb, 400, 10, 31);
-    QCOMPARE(data->getReflStartWavelength(), 400);
-    QCOMPARE(data->getReflDeltaWavelength(), 10);
     QCOMPARE(data->getReflNumSamples(), 31);
+    QCOMPARE(data->getReflectanceBasis(QZESpectralData::White).getNumSamples(), 31);
+    QZE_VERIFY_VALUES(spectrum.getSourceValues(), smitsSpectrum(rgb, gridOf(400, 10, 31)), 0.0,
+                      2e-6);
+}
+
+void tst_QZESpectralData::setRGBOnAnEmptyGridKeepsTheBases()
+{
+    const std::array<float, 3> rgb = {0.2f, 0.5f, 0.9f};
+    QZESpectralData* data = shared();
+    QZESpectrum empty;
+    empty.setRGB(rgb[0], rgb[1], rgb[2], 380, 5, 0);
+    QCOMPARE(empty.getNumSamples(), 0);
+    QVERIFY(empty.getSourceValues().empty());
+    QCOMPARE(data->getReflNumSamples(), BasisNum);
     QCOMPARE(data->getReflectanceBasis(QZESpectralData::White).getNumSamples(), BasisNum);
-    const std::vector<double> fromUnchangedBases =
-        smitsSpectrum(rgb, gridOf(BasisStart, BasisDelta, 31));
-    QZE_VERIFY_VALUES(spectrum.getSourceValues(), fromUnchangedBases, 0.0, 2e-6);
+
+    const QZESpectrum spectrum = fromRgb(rgb, BasisStart, BasisDelta, BasisNum);
+    QZE_VERIFY_VALUES(spectrum.getSourceValues(),
+                      smitsSpectrum(rgb, gridOf(BasisStart, BasisDelta, BasisNum)), 0.0, 2e-6);
 }
 
 // --- setRGB ------------------------------------------------------------------

@@ -242,6 +242,13 @@ QZESpectrum stateOf(bool useSpectrum, int versionID, int numSamples, int bandCou
                        std::vector<float>(size_t(bandCount), 0.5f));
 }
 
+// A fresh spectrum; stale bands without a count; the flag raised on a
+// version 0 spectrum without bands (the reset rule would meet the new bands).
+std::vector<QZESpectrum> initialArrayLoadStates()
+{
+    return {QZESpectrum(), stateOf(false, 0, 0), stateOf(true, 0, 0, 0)};
+}
+
 // The constant 1.0 on 380, 5, 81 under the name "kept.spectral".
 QZESpectrum keptOne()
 {
@@ -328,6 +335,7 @@ private slots:
     void version1ValuesOverSeveralLinesLoadLikeOneLine();
     void version2EqualNeighbouringWavelengthsLoad();
     void txtStartingWithHeaderWordLoadsNothing();
+    void txtValueTooSmallForFloatReadsAsZero();
     void savedSetOneIsExactBytes();
 
     // Messages of the file operations
@@ -375,6 +383,7 @@ private slots:
     void resampleOfEmptySourceKeepsBands();
     void resampleSourceInterpolatesAndExtendsEnds();
     void resampleSourceTakesFirstSampleAtExactHit();
+    void resampleSourceTakesFirstOfEqualLastWavelengths();
     void resampleSourceOfSingleSampleIsConstant();
     void resampleSourceOfEmptySourceChangesNothing();
 
@@ -614,6 +623,18 @@ void tst_QZESpectrum::txtStartingWithHeaderWordLoadsNothing()
     QVERIFY(spectrum.getWavelengths().empty());
     QVERIFY(spectrum.getSourceValues().empty());
     QVERIFY(!spectrum.getUseSpectrum());
+}
+
+void tst_QZESpectrum::txtValueTooSmallForFloatReadsAsZero()
+{
+    const QString name = write(QStringLiteral("tail.txt"), "400 0.5\n410 1e-50\n420 0.7\n");
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.load(name); });
+
+    QVERIFY(outcome.result);
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400, 410, 420);
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 0.5, 0, 0.7);
 }
 
 void tst_QZESpectrum::savedSetOneIsExactBytes()
@@ -1068,18 +1089,20 @@ void tst_QZESpectrum::failedLoadClearsFlagByResetRule()
     QCOMPARE(spectrum.getNumSamples(), 81);
 }
 
+// The spectra an array load meets: index into initialArrayLoadStates().
 void tst_QZESpectrum::arrayLoadLeavesSpectrumActiveWithCount_data()
 {
-    QTest::addColumn<bool>("fresh");
+    QTest::addColumn<int>("state");
 
-    QTest::newRow("fresh") << true;
-    QTest::newRow("stale bands without count") << false;
+    QTest::newRow("fresh") << 0;
+    QTest::newRow("stale bands without count") << 1;
+    QTest::newRow("flag set on version 0 without bands") << 2;
 }
 
 void tst_QZESpectrum::arrayLoadLeavesSpectrumActiveWithCount()
 {
-    QFETCH(bool, fresh);
-    QZESpectrum spectrum = fresh ? QZESpectrum() : stateOf(false, 0, 0);
+    QFETCH(int, state);
+    QZESpectrum spectrum = initialArrayLoadStates()[size_t(state)];
     const float wavelengths[] = {400.0f, 450.0f, 500.0f};
     const float values[] = {1.0f, 2.0f, 3.0f};
 
@@ -1100,8 +1123,8 @@ void tst_QZESpectrum::uniformArrayLoadStoresCountDirectly_data()
 
 void tst_QZESpectrum::uniformArrayLoadStoresCountDirectly()
 {
-    QFETCH(bool, fresh);
-    QZESpectrum spectrum = fresh ? QZESpectrum() : stateOf(false, 0, 0);
+    QFETCH(int, state);
+    QZESpectrum spectrum = initialArrayLoadStates()[size_t(state)];
     const float values[] = {1.0f, 2.0f, 3.0f};
 
     const Outcome outcome = captured([&] { return spectrum.load(400, 50, 3, values); });
@@ -1200,6 +1223,15 @@ void tst_QZESpectrum::resampleSourceTakesFirstSampleAtExactHit()
     spectrum.resampleSource(400, 5, 5);
 
     QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 0, 1, 1.5, 2, 5.5, 6);
+}
+
+void tst_QZESpectrum::resampleSourceTakesFirstOfEqualLastWavelengths()
+{
+    QZESpectrum spectrum = loaded({400, 500, 600, 600}, {1, 2, 3, 7});
+
+    spectrum.resampleSource(590, 10, 3);
+
+    QZE_COMPARE_FLOATS(spectrum.getSourceValues(), 1e-6, 2.9, 3, 7);
 }
 
 void tst_QZESpectrum::resampleSourceOfSingleSampleIsConstant()

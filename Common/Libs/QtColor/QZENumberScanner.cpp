@@ -1,7 +1,12 @@
 #include "QZENumberScanner.h"
 
 #include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <locale.h>
+#include <string>
 
 namespace {
 
@@ -49,10 +54,13 @@ template <typename Number>
 bool QZENumberScanner::nextNumber(Number& value)
 {
     value = Number(0);
+    _lastError = std::errc();
     if (_failed || skipSpace() == _end)
         return fail();
     Number parsed = Number(0);
     const std::from_chars_result result = std::from_chars(skipPlus(_pos), _end, parsed);
+    _lastError = result.ec;
+    _lastEnd = result.ptr;
     if (result.ec != std::errc())
         return fail();
     _pos = result.ptr;
@@ -62,7 +70,29 @@ bool QZENumberScanner::nextNumber(Number& value)
 
 bool QZENumberScanner::next(float& value)
 {
-    return nextNumber(value);
+    const char* start = _pos;
+    if (nextNumber(value))
+        return true;
+    // from_chars calls a literal too small for a float out of range; a stream
+    // reads it as 0 (or a denormal) and goes on, and so do we. Only a value too
+    // large for a float stays a failure.
+    if (_lastError != std::errc::result_out_of_range)
+        return false;
+    const float tiny = parseOutOfRange(start, _lastEnd);
+    if (std::isinf(tiny))
+        return false;
+    _failed = false;
+    _pos = _lastEnd;
+    value = tiny;
+    return true;
+}
+
+// strtof in the C locale (whatever the process's locale) on an out-of-range literal.
+float QZENumberScanner::parseOutOfRange(const char* begin, const char* end)
+{
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
+    const std::string literal(begin, end);
+    return strtof_l(literal.c_str(), nullptr, cLocale);
 }
 
 bool QZENumberScanner::nextInt(int& value)

@@ -3,13 +3,15 @@
 
 #include <cstddef>
 #include <string_view>
+#include <system_error>
 
 // Reads white-space separated numbers from bytes in memory, the way a C++
 // stream extracts them but independent of the locale and without copying.
 // Each number is a C floating-point literal (an optional sign, digits with a
-// '.', an optional exponent; also inf and nan). Failure is sticky, as on a
-// stream: once a number is missing or malformed, every later read fails too
-// and yields 0.
+// '.', an optional exponent; also inf and nan). As on a stream, a literal too
+// small for a float reads as 0 (or a denormal) and one too large fails.
+// Failure is sticky: once a number is missing, malformed or too large, every
+// later read fails too and yields 0.
 class QZENumberScanner
 {
 public:
@@ -33,10 +35,13 @@ private:
     bool fail();
     template <typename Number>
     bool nextNumber(Number& value);
+    static float parseOutOfRange(const char* begin, const char* end);
 
     const char* _pos;
     const char* _end;
     bool _failed = false;
+    std::errc _lastError = std::errc(); // of the last from_chars call
+    const char* _lastEnd = nullptr;     // where that call stopped
 };
 
 #endif // QZENUMBERSCANNER_H

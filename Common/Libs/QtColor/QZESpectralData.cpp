@@ -77,6 +77,11 @@ void QZESpectralData::initSpectralData()
         _illuminant[i].load(RGB2Spec_count, RGB2Spec_lambda, illuminant[i]);
         _illuminant[i].resampleSource(BasisStart, BasisDelta, BasisNum);
     }
+    // The key names the grid the reflectance bases are on, so setRGB()
+    // resamples them again for any other grid it is asked for.
+    _reflStart = BasisStart;
+    _reflDelta = BasisDelta;
+    _reflNum = BasisNum;
 }
 
 // Multiplies the source by the spectrum's own photometric value (the sum of
@@ -92,6 +97,8 @@ void QZESpectralData::weightByPhotometricValue(QZESpectrum& illuminant)
 
 void QZESpectralData::resampleReflSpec(int start, int delta, int num)
 {
+    if (num <= 0)
+        return; // an empty grid would leave no bases to resample from later
     for (QZESpectrum& basis : _reflectance)
         basis.resampleSource(start, delta, num);
     _reflStart = start;

@@ -23,7 +23,9 @@ public:
     void initCIE2006();
     void initSpectralData();
 
-    // Resamples the reflectance bases onto a uniform grid and remembers it.
+    // Resamples the reflectance bases onto a uniform grid and remembers it;
+    // a grid of no samples is ignored. initSpectralData() leaves the key at
+    // the grid it loads the bases on (380, 5, 81).
     void resampleReflSpec(int start, int delta, int num);
     bool hasReflSampling(int start, int delta, int num) const;
 

@@ -149,7 +149,7 @@ bool QZESpectrum::load(int start, int delta, int num, const float* values)
         _sourceValues.push_back(values[i]);
     }
     resample();
-    setUseSpectrum(true);
+    _useSpectrum = true;
     _versionID = 1;
     _filename.clear();
     _startWavelength = start;
@@ -172,7 +172,7 @@ bool QZESpectrum::load(int num, const float* wavelengths, const float* values)
         }
     }
     resample();
-    setUseSpectrum(true);
+    _useSpectrum = true;
     _versionID = 2;
     _filename.clear();
     _startWavelength = 0;
@@ -239,9 +239,9 @@ float QZESpectrum::interpolateSource(float x) const
     const size_t n = sourceCount();
     if (n == 1 || w[0] >= x)
         return s[0];
-    if (x >= w[n - 1])
+    if (x > w[n - 1])
         return s[n - 1];
-    // First segment m whose end w[m + 1] reaches x.
+    // First sample at or beyond x; an exact hit takes the first of equal wavelengths.
     const size_t end = size_t(std::lower_bound(w.begin() + 1, w.begin() + long(n), x) - w.begin());
     const size_t m = end - 1;
     if (w[end] == x)
@@ -449,6 +449,8 @@ QZESpectrum::RGB QZESpectrum::getRGB() const
 void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int num)
 {
     QZESpectralData* data = QZESpectralData::getInstance();
+    if (num <= 0)
+        return;
     if (!data->hasReflSampling(start, delta, num))
         data->resampleReflSpec(start, delta, num);
     const auto basis = [data](QZESpectralData::Basis which, size_t i) {

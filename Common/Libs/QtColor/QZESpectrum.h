@@ -26,15 +26,23 @@
 // places store their values without it:
 //  - the reset itself fills 1.0 on 380, 5, 81 and stores flag and count
 //    directly, so it never re-enters the rule;
-//  - the two array loads resample before they raise the flag, so a fresh
-//    spectrum (count 0) would meet the rule at the final count and lose what
-//    was just loaded; they store the count directly and leave the spectrum
-//    loaded and active with the count given.
+//  - the two array loads resample before they raise the flag, so the rule
+//    would meet the bands they just made (at the flag when it was already
+//    set on a version 0 spectrum, at the count on a fresh one) and throw the
+//    loaded data away; they store flag and count directly and leave the
+//    spectrum loaded and active with the count given.
+//
+// Band averaging treats two samples at the same wavelength as a step: the
+// zero-width segment between them adds nothing (rather than dividing by its
+// zero width). resampleSource() takes the first of equal wavelengths on an
+// exact hit. setRGB() on a grid of no samples does nothing.
 //
 // Spectrum files: a native "spectral1"/"spectral2" text file or a two-column
 // ".txt" file, parsed from memory with a locale-independent number parser.
 // Progress goes to standard output, format errors to standard error, with
 // the exact words the hosts' logs have always shown. Beyond those:
+//  - the version word is echoed cut to its first 64 bytes (a real one is
+//    short; a file of one huge line must not flood the log);
 //  - a native file whose header does not hold a non-negative count (and, for
 //    version 1, start and delta) is rejected with
 //    "ERROR Spectrum: Invalid Spectrum File header.";
