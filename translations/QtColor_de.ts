@@ -2,6 +2,69 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>QZEColorArray</name>
+    <message>
+        <source>Custom colours</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Free cell</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>H: %1  S: %2  V: %3
+R: %4  G: %5  B: %6</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QZEColorField</name>
+    <message>
+        <source>hue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>saturation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>red</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>green</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>blue</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>L*</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>a*</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>b*</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour field</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 from left to right, %2 from bottom to top, at a fixed %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>QZEColorSlider</name>
     <message>
         <source>Disabled, using photometric mode.</source>
@@ -10,6 +73,13 @@
     <message>
         <source>Disabled, using spectral data.</source>
         <translation>Deaktiviert, Spektraldaten werden verwendet.</translation>
+    </message>
+</context>
+<context>
+    <name>QZESpectrumPlot</name>
+    <message>
+        <source>Sample: %1 / Wavelength: %2 / Value: %3</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

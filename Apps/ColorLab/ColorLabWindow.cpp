@@ -1,6 +1,8 @@
 #include "ColorLabWindow.h"
 
+#include "ControlsPage.h"
 #include "SlidersPage.h"
+#include "SpectrumPage.h"
 
 #include <QTabWidget>
 
@@ -10,6 +12,8 @@ ColorLabWindow::ColorLabWindow(QWidget* parent)
     setWindowTitle(tr("ColorLab"));
     setCentralWidget(_pages);
     addPage(new SlidersPage, QStringLiteral("sliders"), tr("Sliders"));
+    addPage(new ControlsPage, QStringLiteral("controls"), tr("Controls"));
+    addPage(new SpectrumPage, QStringLiteral("spectrum"), tr("Spectrum"));
 }
 
 int ColorLabWindow::pageCount() const

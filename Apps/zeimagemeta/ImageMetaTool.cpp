@@ -1,0 +1,186 @@
+#include "ImageMetaTool.h"
+
+#include <osgImage.h>
+#include <zeImageMetaData.h>
+#include <zeRenderSettings.h>
+
+#include <QDateTime>
+#include <QFileInfo>
+
+ImageMetaTool::ImageMetaTool()
+    : _helpOption(_parser.addHelpOption())
+    , _sceneOption(QStringLiteral("scene"), tr("Scene file the image was rendered from."),
+                   tr("NAME"))
+    , _versionOption(QStringLiteral("version"), tr("Version of the rendering application."),
+                     tr("V"))
+    , _dateOption(QStringLiteral("date"),
+                  tr("Render date and time in ISO 8601, for example 2024-05-17T14:30:00."),
+                  tr("ISO8601"))
+    , _groupsOption(QStringLiteral("groups"),
+                    tr("Settings groups the record carries, the sum of: 1 camera, 2 node "
+                       "visibilities, 4 switch node states, 8 image, 16 animation, 32 render "
+                       "passes, 64 ray tracing, 128 switch material states."),
+                    tr("MASK"))
+    , _exifOption(QStringLiteral("exif-in-xmp"),
+                  tr("Also copy the file's EXIF data into its XMP, next to the record."))
+    , _out(stdout)
+    , _err(stderr)
+{
+    _parser.addOptions({_sceneOption, _versionOption, _dateOption, _groupsOption, _exifOption});
+    _parser.addPositionalArgument(QStringLiteral("command"), tr("show or stamp, then FILE."),
+                                  tr("command FILE"));
+    _parser.setApplicationDescription(helpText());
+}
+
+QString ImageMetaTool::helpText() const
+{
+    return tr("Shows and writes the metadata of image files: baseline tags, EXIF exposure data "
+              "and the render-settings record.")
+        + QLatin1String("\n\n") + tr("Commands:") + QLatin1String("\n  show FILE\n      ")
+        + tr("Print the metadata blocks that the image loader attaches to FILE, each under its "
+             "name in brackets.")
+        + QLatin1String("\n  stamp FILE --scene NAME --version V --date ISO8601 --groups MASK "
+                        "[--exif-in-xmp]\n      ")
+        + tr("Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without "
+             "re-encoding its pixels; a record already there is replaced.")
+        + QLatin1String("\n\n")
+        + tr("Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage "
+             "error.");
+}
+
+int ImageMetaTool::run(const QStringList& arguments)
+{
+    if (!_parser.parse(arguments))
+        return usageError(_parser.errorText());
+    if (_parser.isSet(_helpOption) || _parser.isSet(QStringLiteral("help-all"))) {
+        _out << _parser.helpText() << Qt::flush;
+        return Success;
+    }
+    const QStringList positional = _parser.positionalArguments();
+    if (positional.isEmpty())
+        return usageError(tr("no command given"));
+    return runCommand(positional.first(), positional.mid(1));
+}
+
+int ImageMetaTool::runCommand(const QString& command, const QStringList& files)
+{
+    const bool isShow = command == QLatin1String("show");
+    if (!isShow && command != QLatin1String("stamp"))
+        return usageError(tr("unknown command '%1'").arg(command));
+    if (files.size() != 1)
+        return usageError(tr("%1 takes exactly one FILE").arg(command));
+    if (!isShow)
+        return stamp(files.first());
+    for (const QCommandLineOption* option :
+         {&_sceneOption, &_versionOption, &_dateOption, &_groupsOption, &_exifOption}) {
+        if (_parser.isSet(*option))
+            return usageError(tr("show takes no --%1 option").arg(option->names().constFirst()));
+    }
+    return show(files.first());
+}
+
+int ImageMetaTool::show(const QString& file)
+{
+    if (!QFileInfo(file).isFile())
+        return fileError(tr("cannot read %1: no such file").arg(file));
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), std::string());
+    if (!image->read(file.toUtf8().constData()))
+        return fileError(tr("cannot read %1: not an image this program can decode, damaged, or "
+                            "larger than 1 GiB").arg(file));
+    for (const std::string& name : {zeImageMetaData::getBaselineDataKey(),
+                                    zeImageMetaData::getEXIFDataKey(),
+                                    zeImageMetaData::getAttachmentKey()})
+        printBlock(name, image->findAttachmentField(name).value_or(std::string()));
+    _out.flush();
+    return Success;
+}
+
+void ImageMetaTool::printBlock(const std::string& name, const std::string& block)
+{
+    _out << '[' << QString::fromStdString(name) << "]\n" << QString::fromStdString(block);
+    if (!block.empty() && block.back() != '\n')
+        _out << '\n';
+}
+
+int ImageMetaTool::stamp(const QString& file)
+{
+    zeRenderSettings record;
+    if (int status = checkStampOptions(record))
+        return status;
+    std::string detail;
+    const zeImageMetaWriter::Result result = zeImageMetaWriter::stamp(
+        file.toUtf8().constData(), record, _parser.isSet(_exifOption), &detail);
+    if (result != zeImageMetaWriter::Stamped)
+        return fileError(stampFailure(result, file, QString::fromStdString(detail)));
+    return Success;
+}
+
+int ImageMetaTool::checkStampOptions(zeRenderSettings& record)
+{
+    for (const QCommandLineOption* option :
+         {&_sceneOption, &_versionOption, &_dateOption, &_groupsOption}) {
+        if (!_parser.isSet(*option))
+            return usageError(tr("stamp needs the --%1 option").arg(option->names().constFirst()));
+    }
+    const QString date = _parser.value(_dateOption);
+    if (!QDateTime::fromString(date, Qt::ISODate).isValid())
+        return usageError(tr("invalid date '%1': expected ISO 8601, for example "
+                             "2024-05-17T14:30:00").arg(date));
+    int mask = 0;
+    if (int status = parseGroups(_parser.value(_groupsOption), mask))
+        return status;
+    record.setSceneFile(_parser.value(_sceneOption).toStdString());
+    record.setApplicationVersion(_parser.value(_versionOption).toStdString());
+    record.setRenderDate(date.toStdString());
+    record.addGroups(mask);
+    return Success;
+}
+
+int ImageMetaTool::parseGroups(const QString& text, int& mask)
+{
+    bool ok = false;
+    mask = text.toInt(&ok, 10);
+    if (!ok || mask < 0 || mask > zeRenderSettings::AllGroups)
+        return usageError(tr("invalid group mask '%1': expected a whole number from 0 to %2")
+                              .arg(text)
+                              .arg(zeRenderSettings::AllGroups));
+    return Success;
+}
+
+QString ImageMetaTool::stampFailure(zeImageMetaWriter::Result result, const QString& file,
+                                    const QString& detail) const
+{
+    switch (result) {
+    case zeImageMetaWriter::FileTooLarge:
+        return tr("%1 is larger than 1 GiB").arg(file);
+    case zeImageMetaWriter::CannotReadFile:
+        return tr("cannot read %1: %2").arg(file, detail);
+    case zeImageMetaWriter::NotAnImage:
+        return tr("%1 is not an image whose metadata can be read: %2").arg(file, detail);
+    case zeImageMetaWriter::UnsupportedFormat:
+        return tr("cannot write a record into %1: its format carries no XMP metadata").arg(file);
+    case zeImageMetaWriter::NoEXIFToCopy:
+        return tr("%1 has no EXIF data to copy into XMP; leave out --exif-in-xmp").arg(file);
+    case zeImageMetaWriter::CannotEncode:
+        return tr("cannot write the metadata of %1: %2").arg(file, detail);
+    case zeImageMetaWriter::CannotWriteFile:
+    case zeImageMetaWriter::Stamped:
+        break;
+    }
+    return tr("cannot save %1: %2").arg(file, detail);
+}
+
+int ImageMetaTool::usageError(const QString& message)
+{
+    const QString program = QCoreApplication::applicationName();
+    _err << program << ": " << message << '\n'
+         << tr("Run '%1 --help' for usage.").arg(program) << Qt::endl;
+    return UsageError;
+}
+
+int ImageMetaTool::fileError(const QString& message)
+{
+    _err << QCoreApplication::applicationName() << ": " << message << Qt::endl;
+    return FileError;
+}

@@ -1,0 +1,535 @@
+#include "QZEColorField.h"
+
+#include "zePlatform.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#include <immintrin.h>
+#define QZE_CLEAR_UPPER_VECTOR_HALVES 1
+#endif
+
+namespace {
+
+using Mode = QZEColorField::Mode;
+
+// The three component families; a mode's family is mode / 3 and the slot of
+// its fixed component within the family is mode % 3.
+enum Family { HsvFamily, RgbFamily, LabFamily };
+
+constexpr float HueScale = 359.99f; // the hue read-out of the colour slider
+constexpr int PlaneHint = 256;
+constexpr int MinimumPlane = 64;
+constexpr int MarkerRadius = 5;
+constexpr int LargeKeyStep = 10;
+
+// Component names in mode order, for the accessible description.
+const char* const ComponentNames[] = {
+    QT_TRANSLATE_NOOP("QZEColorField", "hue"),   QT_TRANSLATE_NOOP("QZEColorField", "saturation"),
+    QT_TRANSLATE_NOOP("QZEColorField", "value"), QT_TRANSLATE_NOOP("QZEColorField", "red"),
+    QT_TRANSLATE_NOOP("QZEColorField", "green"), QT_TRANSLATE_NOOP("QZEColorField", "blue"),
+    QT_TRANSLATE_NOOP("QZEColorField", "L*"),    QT_TRANSLATE_NOOP("QZEColorField", "a*"),
+    QT_TRANSLATE_NOOP("QZEColorField", "b*"),
+};
+
+Family familyOf(Mode mode)
+{
+    return Family(int(mode) / 3);
+}
+
+int fixedSlot(Mode mode)
+{
+    return int(mode) % 3;
+}
+
+// The family slots shown along x and along y: the two that the fixed slot
+// leaves free, in family order.
+constexpr int xSlotBeside(int fixed)
+{
+    return fixed == 0 ? 1 : 0;
+}
+
+constexpr int ySlotBeside(int fixed)
+{
+    return fixed == 2 ? 1 : 2;
+}
+
+int xSlotOf(Mode mode)
+{
+    return xSlotBeside(fixedSlot(mode));
+}
+
+int ySlotOf(Mode mode)
+{
+    return ySlotBeside(fixedSlot(mode));
+}
+
+// A 0..1 position along the axis of component (a mode number) in its unit.
+float toComponent(int component, float position)
+{
+    switch (Mode(component)) {
+    case QZEColorField::Hue:
+        return position * HueScale;
+    case QZEColorField::Lstar:
+        return position * 100.0f;
+    case QZEColorField::Astar:
+    case QZEColorField::Bstar:
+        return (position - 0.5f) * QZEColor::s_LabRange;
+    default:
+        return position;
+    }
+}
+
+float toPosition(int component, float value)
+{
+    switch (Mode(component)) {
+    case QZEColorField::Hue:
+        return value / HueScale;
+    case QZEColorField::Lstar:
+        return value / 100.0f;
+    case QZEColorField::Astar:
+    case QZEColorField::Bstar:
+        return value / QZEColor::s_LabRange + 0.5f;
+    default:
+        return value;
+    }
+}
+
+float clampedPosition(int component, float value)
+{
+    const float position = toPosition(component, value);
+    return position > 0.0f ? (position < 1.0f ? position : 1.0f) : 0.0f; // NaN gives 0
+}
+
+// Pixel i of n along an axis; the last pixel is position 1.
+float pixelPosition(int i, int n)
+{
+    return n > 1 ? float(i) / float(n - 1) : 0.0f;
+}
+
+void familyValues(Family family, const QZEColor& color, float values[3])
+{
+    switch (family) {
+    case HsvFamily:
+        values[0] = color.h;
+        values[1] = color.s;
+        values[2] = color.v;
+        break;
+    case RgbFamily:
+        color.getRGB(values[0], values[1], values[2]);
+        break;
+    case LabFamily:
+        color.HSVtoLAB(color.h, color.s, color.v, values[0], values[1], values[2]);
+        break;
+    }
+}
+
+template <Family F>
+inline QZEColor colorFromFamily(float v0, float v1, float v2)
+{
+    if constexpr (F == HsvFamily) {
+        return QZEColor(v0, v1, v2);
+    } else if constexpr (F == RgbFamily) {
+        return QZEColor::fromRGB(v0, v1, v2);
+    } else {
+        QZEColor color;
+        color.LABtoHSV(v0, v1, v2, color.h, color.s, color.v);
+        return color;
+    }
+}
+
+QZEColor colorFromFamily(Family family, const float values[3])
+{
+    switch (family) {
+    case RgbFamily:
+        return colorFromFamily<RgbFamily>(values[0], values[1], values[2]);
+    case LabFamily:
+        return colorFromFamily<LabFamily>(values[0], values[1], values[2]);
+    default:
+        return colorFromFamily<HsvFamily>(values[0], values[1], values[2]);
+    }
+}
+
+// 8-bit sRGB encoding of a linear channel, exactly
+// QZEColor::toByte(QZEColor::encodeSRGB(c)), without a power call per pixel.
+// _thresholds[k] is the least channel that encodes to k or more (a channel
+// of 1 still gives 254); a table over 0..2 gives the byte at the start of
+// each 1/4096 step, which the thresholds then correct upwards.
+class EncodedBytes
+{
+public:
+    EncodedBytes()
+    {
+        _thresholds[0] = -1.0f;
+        for (int k = 1; k < 256; ++k)
+            _thresholds[k] = leastChannelEncodingTo(k);
+        int k = 0;
+        for (int i = 0; i < BucketCount; ++i) {
+            const float start = float(i) / float(BucketsPerUnit);
+            while (k < 255 && _thresholds[k + 1] <= start)
+                ++k;
+            _buckets[i] = quint8(k);
+        }
+    }
+
+    int byteOf(float c) const
+    {
+        if (!(c >= _thresholds[1]))
+            return 0; // also NaN
+        if (c >= _thresholds[255])
+            return 255;
+        // Scaling by a power of two is exact, so the bucket starts at or
+        // below c and its byte can only be too low.
+        int k = _buckets[int(c * float(BucketsPerUnit))];
+        while (c >= _thresholds[k + 1])
+            ++k;
+        return k;
+    }
+
+private:
+    static constexpr float Top = 2.0f; // encodes to 255
+    static constexpr int BucketsPerUnit = 4096;
+    static constexpr int BucketCount = int(Top) * BucketsPerUnit;
+
+    static int encodedByte(float c) { return QZEColor::toByte(QZEColor::encodeSRGB(c)); }
+
+    // Bisection over 0..Top; the encoding never decreases.
+    static float leastChannelEncodingTo(int k)
+    {
+        float low = 0.0f;
+        float high = Top;
+        while (true) {
+            const float middle = low + (high - low) * 0.5f;
+            if (middle == low || middle == high)
+                return high;
+            (encodedByte(middle) >= k ? high : low) = middle;
+        }
+    }
+
+    float _thresholds[256];
+    quint8 _buckets[BucketCount];
+};
+
+const EncodedBytes& encodedBytes()
+{
+    static const EncodedBytes table;
+    return table;
+}
+
+// What a pixel of the plane shows: display colours as they stand, linear ones
+// sRGB-encoded.
+QRgb screenPixel(const QZEColor& color, bool linear)
+{
+    float r, g, b;
+    color.getRGB(r, g, b);
+    if (!linear)
+        return qRgb(QZEColor::toByte(r), QZEColor::toByte(g), QZEColor::toByte(b));
+    const EncodedBytes& bytes = encodedBytes();
+    return qRgb(bytes.byteOf(r), bytes.byteOf(g), bytes.byteOf(b));
+}
+
+// The plane of the mode whose family is F and whose fixed component sits in
+// slot Fixed. The slots are compile-time constants so that the components
+// stay in registers.
+template <Family F, int Fixed>
+void fillPlane(QImage& plane, float fixed)
+{
+    constexpr int X = xSlotBeside(Fixed);
+    constexpr int Y = ySlotBeside(Fixed);
+    const int w = plane.width();
+    const int h = plane.height();
+    float values[3];
+    values[Fixed] = fixed;
+    for (int y = 0; y < h; ++y) {
+        values[Y] = toComponent(F * 3 + Y, pixelPosition(h - 1 - y, h));
+        QRgb* line = reinterpret_cast<QRgb*>(plane.scanLine(y));
+        for (int x = 0; x < w; ++x) {
+            values[X] = toComponent(F * 3 + X, pixelPosition(x, w));
+            line[x] = screenPixel(colorFromFamily<F>(values[0], values[1], values[2]), F == LabFamily);
+        }
+    }
+}
+
+// Some of Qt's AVX routines (QImage::fill among them) return with the upper
+// halves of the vector registers still in use. Until they are cleared, the
+// scalar SSE code of the plane runs about three times slower on some
+// processors, so they are cleared before each plane.
+#ifdef QZE_CLEAR_UPPER_VECTOR_HALVES
+__attribute__((target("avx"))) void zeroUpperHalves()
+{
+    _mm256_zeroupper();
+}
+
+void clearUpperVectorHalves()
+{
+    if (__builtin_cpu_supports("avx"))
+        zeroUpperHalves();
+}
+#else
+void clearUpperVectorHalves() {}
+#endif
+
+QZEColor inOtherForm(const QZEColor& color, bool toLinear)
+{
+    float r, g, b;
+    color.getRGB(r, g, b);
+    QZEColor converted;
+    if (toLinear) {
+        converted.setGammaRGB(r, g, b);
+    } else {
+        color.getGammaRGB(r, g, b);
+        converted.setRGB(r, g, b);
+    }
+    if (converted.s == 0.0f)
+        converted.h = color.h;
+    return converted;
+}
+
+} // namespace
+
+QZEColorField::QZEColorField(QWidget* parent, const char*) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("QZEColorField"));
+    setAttribute(Qt::WA_OpaquePaintEvent); // the plane covers every pixel
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Colour field"));
+    describeAxes();
+}
+
+void QZEColorField::setMode(Mode mode)
+{
+    if (isLabMode(mode) != isLabMode(_mode))
+        _color = inOtherForm(_color, isLabMode(mode));
+    _mode = mode;
+    familyValues(familyOf(mode), _color, _components);
+    describeAxes();
+    update();
+}
+
+QPointF QZEColorField::getMarkerPosition() const
+{
+    const int base = int(familyOf(_mode)) * 3;
+    const int xSlot = xSlotOf(_mode);
+    const int ySlot = ySlotOf(_mode);
+    const float x = clampedPosition(base + xSlot, _components[xSlot]);
+    const float y = clampedPosition(base + ySlot, _components[ySlot]);
+    return QPointF(double(x) * (width() - 1), double(1.0f - y) * (height() - 1));
+}
+
+void QZEColorField::computePlane(Mode mode, float fixed, QImage& plane)
+{
+    using Fill = void (*)(QImage&, float);
+    static constexpr Fill fillByMode[] = {
+        fillPlane<HsvFamily, 0>, fillPlane<HsvFamily, 1>, fillPlane<HsvFamily, 2>,
+        fillPlane<RgbFamily, 0>, fillPlane<RgbFamily, 1>, fillPlane<RgbFamily, 2>,
+        fillPlane<LabFamily, 0>, fillPlane<LabFamily, 1>, fillPlane<LabFamily, 2>,
+    };
+    clearUpperVectorHalves();
+    fillByMode[int(mode)](plane, fixed);
+}
+
+QSize QZEColorField::sizeHint() const
+{
+    return QSize(int(PlaneHint * zePlatform::getDpiScaleX()), int(PlaneHint * zePlatform::getDpiScaleY()));
+}
+
+QSize QZEColorField::minimumSizeHint() const
+{
+    return QSize(int(MinimumPlane * zePlatform::getDpiScaleX()),
+                 int(MinimumPlane * zePlatform::getDpiScaleY()));
+}
+
+// --- Slots -------------------------------------------------------------------
+
+void QZEColorField::setModeIfOn(bool on, Mode mode)
+{
+    if (on && mode != _mode)
+        setMode(mode);
+}
+
+void QZEColorField::setHueMode(bool on) { setModeIfOn(on, Hue); }
+void QZEColorField::setSaturationMode(bool on) { setModeIfOn(on, Saturation); }
+void QZEColorField::setValueMode(bool on) { setModeIfOn(on, Value); }
+void QZEColorField::setRedMode(bool on) { setModeIfOn(on, Red); }
+void QZEColorField::setGreenMode(bool on) { setModeIfOn(on, Green); }
+void QZEColorField::setBlueMode(bool on) { setModeIfOn(on, Blue); }
+void QZEColorField::setLstarMode(bool on) { setModeIfOn(on, Lstar); }
+void QZEColorField::setAstarMode(bool on) { setModeIfOn(on, Astar); }
+void QZEColorField::setBstarMode(bool on) { setModeIfOn(on, Bstar); }
+
+void QZEColorField::setRGB(float r, float g, float b)
+{
+    const float rgb[3] = {r, g, b};
+    holdColor(QZEColor::fromRGB(r, g, b), rgb, RgbFamily);
+}
+
+void QZEColorField::setHue(float h)
+{
+    QZEColor color = _color;
+    color.h = h;
+    holdColor(color, nullptr, HsvFamily);
+}
+
+void QZEColorField::setLab(float L, float a, float b)
+{
+    const float lab[3] = {L, a, b};
+    QZEColor color;
+    color.LABtoHSV(L, a, b, color.h, color.s, color.v);
+    holdColor(color, lab, LabFamily);
+}
+
+// Stores color and derives the mode's components from it, or takes them as
+// given when they are of the mode's family, so that they are not bent by a
+// round trip through HSV. A colour without hue keeps the field's hue.
+void QZEColorField::holdColor(const QZEColor& color, const float* values, int family)
+{
+    const QRect previousMarker = markerRect();
+    const float previousFixed = getFixedValue();
+    const float previousHue = _color.h;
+    _color = color;
+    if (_color.s == 0.0f)
+        _color.h = previousHue;
+    if (values && family == familyOf(_mode))
+        std::copy(values, values + 3, _components);
+    else
+        familyValues(familyOf(_mode), _color, _components);
+    if (getFixedValue() != previousFixed)
+        update();
+    else
+        updateAround(previousMarker);
+}
+
+// --- Gestures ----------------------------------------------------------------
+
+void QZEColorField::pickPixel(int x, int y)
+{
+    x = qBound(0, x, width() - 1);
+    y = qBound(0, y, height() - 1);
+    const QRect previousMarker = markerRect();
+    setAxisPosition(xSlotOf(_mode), pixelPosition(x, width()));
+    setAxisPosition(ySlotOf(_mode), pixelPosition(height() - 1 - y, height()));
+    emitPickedColor(previousMarker);
+}
+
+void QZEColorField::setAxisPosition(int slot, float position)
+{
+    _components[slot] = toComponent(int(familyOf(_mode)) * 3 + slot, position);
+}
+
+void QZEColorField::emitPickedColor(const QRect& previousMarker)
+{
+    _color = colorFromFamily(familyOf(_mode), _components);
+    updateAround(previousMarker);
+    emit colorChanged(_color);
+}
+
+void QZEColorField::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    pickPixel(qRound(event->localPos().x()), qRound(event->localPos().y()));
+}
+
+void QZEColorField::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!(event->buttons() & Qt::LeftButton)) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    const QPoint pixel(qRound(event->localPos().x()), qRound(event->localPos().y()));
+    const QPointF marker = getMarkerPosition();
+    const QPoint bounded(qBound(0, pixel.x(), width() - 1), qBound(0, pixel.y(), height() - 1));
+    if (QPointF(bounded) != marker)
+        pickPixel(pixel.x(), pixel.y());
+}
+
+// The arrow keys move the marker by one pixel (ten with Shift) along one axis,
+// keeping the other component as it is.
+void QZEColorField::keyPressEvent(QKeyEvent* event)
+{
+    int dx = 0;
+    int dy = 0;
+    switch (event->key()) {
+    case Qt::Key_Left: dx = -1; break;
+    case Qt::Key_Right: dx = 1; break;
+    case Qt::Key_Up: dy = -1; break;
+    case Qt::Key_Down: dy = 1; break;
+    default:
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    const int step = event->modifiers() & Qt::ShiftModifier ? LargeKeyStep : 1;
+    const QPointF marker = getMarkerPosition();
+    const int x = qBound(0, qRound(marker.x()) + dx * step, width() - 1);
+    const int y = qBound(0, qRound(marker.y()) + dy * step, height() - 1);
+    const bool alongX = dx != 0;
+    if ((alongX ? double(x) - marker.x() : double(y) - marker.y()) == 0.0)
+        return; // at the edge already
+
+    const QRect previousMarker = markerRect();
+    if (alongX)
+        setAxisPosition(xSlotOf(_mode), pixelPosition(x, width()));
+    else
+        setAxisPosition(ySlotOf(_mode), pixelPosition(height() - 1 - y, height()));
+    emitPickedColor(previousMarker);
+}
+
+// --- Painting ----------------------------------------------------------------
+
+void QZEColorField::ensurePlane()
+{
+    if (_plane.size() == size() && _planeMode == _mode && _planeFixed == getFixedValue())
+        return;
+    if (_plane.size() != size())
+        _plane = QImage(size(), QImage::Format_RGB32);
+    _planeMode = _mode;
+    _planeFixed = getFixedValue();
+    computePlane(_mode, _planeFixed, _plane);
+    ++_planeComputations;
+}
+
+void QZEColorField::paintEvent(QPaintEvent*)
+{
+    if (width() <= 0 || height() <= 0)
+        return;
+    ensurePlane();
+    QPainter painter(this);
+    painter.drawImage(0, 0, _plane);
+    if (hasFocus()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 1.0, Qt::DotLine));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF centre = getMarkerPosition() + QPointF(0.5, 0.5);
+    painter.setPen(QPen(Qt::black, 1.0));
+    painter.drawEllipse(centre, MarkerRadius, MarkerRadius);
+    painter.setPen(QPen(Qt::white, 1.0));
+    painter.drawEllipse(centre, MarkerRadius - 1, MarkerRadius - 1);
+}
+
+QRect QZEColorField::markerRect() const
+{
+    const QPoint centre = getMarkerPosition().toPoint();
+    const int reach = MarkerRadius + 2;
+    return QRect(centre - QPoint(reach, reach), centre + QPoint(reach, reach));
+}
+
+void QZEColorField::updateAround(const QRect& previousMarker)
+{
+    update(previousMarker.united(markerRect()));
+}
+
+void QZEColorField::describeAxes()
+{
+    const int base = int(familyOf(_mode)) * 3;
+    const auto name = [base](int slot) { return tr(ComponentNames[base + slot]); };
+    setAccessibleDescription(tr("%1 from left to right, %2 from bottom to top, at a fixed %3")
+                                 .arg(name(xSlotOf(_mode)), name(ySlotOf(_mode)),
+                                      name(fixedSlot(_mode))));
+}

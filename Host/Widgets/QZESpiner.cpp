@@ -1,0 +1,6 @@
+#include "QZESpiner.h"
+
+QZESpiner::QZESpiner(QWidget* parent, const char*) : QSpinBox(parent)
+{
+    setObjectName(QStringLiteral("QZESpiner"));
+}

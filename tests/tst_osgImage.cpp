@@ -1,0 +1,465 @@
+#include "ImageFixtures.h"
+
+#include <osgImage.h>
+#include <zeImageMetaData.h>
+
+#include <QDir>
+#include <QImageReader>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <array>
+
+// The scene graph's image container: counting, attachments, reading every
+// format the installed Qt plugins read, and refusing files it should not
+// decode.
+class tst_osgImage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void createdImageIsEmptyAndCounted();
+    void attachmentsAreFoundByNameOnly();
+    void readDecodesEveryWritableFormat_data();
+    void readDecodesEveryWritableFormat();
+    void readDecodesReadOnlyFormats_data();
+    void readDecodesReadOnlyFormats();
+    void channelsFollowThePixelFormat_data();
+    void channelsFollowThePixelFormat();
+    void contentDecidesWhenTheSuffixIsWrong();
+    void metadataIsAttachedOnlyWhenAskedFor();
+    void laterReadReplacesTheMetadata();
+    void badFilesFailAndLeaveTheImageAlone_data();
+    void badFilesFailAndLeaveTheImageAlone();
+    void nullPathFails();
+    void filesOverOneGiBAreRefused();
+    void imagesDecodingToOverOneGiBAreRefused();
+
+private:
+    QString path(const QString& name) const { return _dir.filePath(name); }
+    QString goodFile() const { return path(QStringLiteral("good.png")); }
+
+    QTemporaryDir _dir;
+};
+
+namespace {
+
+const QRgb Colour = qRgb(200, 60, 40);
+
+bool near(QRgb actual, QRgb expected, int tolerance)
+{
+    return qAbs(qRed(actual) - qRed(expected)) <= tolerance
+        && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
+        && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
+}
+
+QByteArray bigEndian32(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = char(value >> (24 - 8 * i));
+    return bytes;
+}
+
+// CRC-32 as PNG chunks carry it (ISO 3309, reflected polynomial 0xEDB88320).
+quint32 crc32(const QByteArray& bytes)
+{
+    static const std::array<quint32, 256> table = [] {
+        std::array<quint32, 256> entries{};
+        for (quint32 n = 0; n < 256; ++n) {
+            quint32 c = n;
+            for (int k = 0; k < 8; ++k)
+                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
+            entries[n] = c;
+        }
+        return entries;
+    }();
+    quint32 c = 0xFFFFFFFFu;
+    for (char byte : bytes)
+        c = table[(c ^ quint8(byte)) & 0xFF] ^ (c >> 8);
+    return c ^ 0xFFFFFFFFu;
+}
+
+QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
+{
+    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
+}
+
+// Writes deflate bits: header fields least significant bit first, Huffman
+// codes most significant bit first.
+class BitWriter
+{
+public:
+    void bits(quint32 value, int count)
+    {
+        for (int i = 0; i < count; ++i)
+            bit((value >> i) & 1);
+    }
+    void code(quint32 value, int length)
+    {
+        for (int i = length - 1; i >= 0; --i)
+            bit((value >> i) & 1);
+    }
+    QByteArray bytes() const { return _used ? _bytes + char(_current) : _bytes; }
+
+private:
+    void bit(quint32 value)
+    {
+        _current |= value << _used;
+        if (++_used == 8) {
+            _bytes += char(_current);
+            _current = 0;
+            _used = 0;
+        }
+    }
+    QByteArray _bytes;
+    quint32 _current = 0;
+    int _used = 0;
+};
+
+// A zlib stream of count zero bytes in one fixed-Huffman block: a literal
+// zero, then copies of 258 bytes at distance 1, then literal zeros.
+QByteArray zlibZeros(qint64 count)
+{
+    BitWriter writer;
+    writer.bits(1, 1); // last block
+    writer.bits(1, 2); // fixed Huffman codes
+    const quint32 literalZero = 0x30; // literals 0-143: 8-bit codes from 00110000
+    writer.code(literalZero, 8);
+    const qint64 copies = (count - 1) / 258;
+    for (qint64 i = 0; i < copies; ++i) {
+        writer.code(0xC5, 8); // length 258: symbol 285, 8-bit code 11000101
+        writer.code(0, 5);    // distance 1: code 0
+    }
+    for (qint64 i = 1 + copies * 258; i < count; ++i)
+        writer.code(literalZero, 8);
+    writer.code(0, 7); // end of block: symbol 256
+    const quint32 adler = (quint32(count % 65521) << 16) | 1; // a stays 1 over zeros
+    return QByteArray("\x78\x01", 2) + writer.bytes() + bigEndian32(adler);
+}
+
+// A valid PNG of width x height black 8-bit grey pixels.
+QByteArray blackGreyPng(quint32 width, quint32 height)
+{
+    const QByteArray header = bigEndian32(width) + bigEndian32(height)
+        + QByteArray("\x08\x00\x00\x00\x00", 5); // 8 bits, grey, deflate, no filter, no interlace
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header)
+        + pngChunk("IDAT", zlibZeros(qint64(height) * (1 + width)))
+        + pngChunk("IEND", QByteArray());
+}
+
+// Two pixels, red then blue, from a two-entry palette (GIF89a).
+const QByteArray GifRedBlue("GIF89a\x02\x00\x01\x00\x80\x00\x00"
+                            "\xff\x00\x00\x00\x00\xff"         // palette: red, blue
+                            ",\x00\x00\x00\x00\x02\x00\x01\x00\x00" // image descriptor
+                            "\x02\x02\x44\x0a\x00"             // LZW: clear, 0, 1, end
+                            ";",
+                            6 + 7 + 6 + 10 + 5 + 1);
+
+// Two pixels, red then blue, uncompressed 24-bit true colour stored top
+// down, with the footer of version 2 files (Truevision TGA).
+const QByteArray TgaRedBlue("\x00\x00\x02\x00\x00\x00\x00\x00\x00\x00\x00\x00"
+                            "\x02\x00\x01\x00\x18\x20"
+                            "\x00\x00\xff\xff\x00\x00"
+                            "\x00\x00\x00\x00\x00\x00\x00\x00TRUEVISION-XFILE.\x00",
+                            18 + 6 + 26);
+
+const QByteArray SvgGreen("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"6\" height=\"4\">"
+                          "<rect width=\"6\" height=\"4\" fill=\"#00ff00\"/></svg>");
+
+} // namespace
+
+void tst_osgImage::initTestCase()
+{
+    QVERIFY(_dir.isValid());
+    QVERIFY(ImageFixtures::writePlain(goodFile(), "png"));
+}
+
+void tst_osgImage::createdImageIsEmptyAndCounted()
+{
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image);
+    QCOMPARE(image->getRefCount(), 1);
+    {
+        const osg::ImagePtr copy = image;
+        QCOMPARE(image->getRefCount(), 2);
+    }
+    QCOMPARE(image->getRefCount(), 1);
+    QCOMPARE(image->getWidth(), 0);
+    QCOMPARE(image->getHeight(), 0);
+    QCOMPARE(image->getDepth(), 0);
+    QCOMPARE(image->getName(), std::string());
+    QVERIFY(!image->hasColorChannel());
+    QVERIFY(!image->hasAlphaChannel());
+}
+
+void tst_osgImage::attachmentsAreFoundByNameOnly()
+{
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(!image->findAttachmentField("note").has_value());
+    image->setAttachmentField("note", "first");
+    image->setAttachmentField("empty", "");
+    QCOMPARE(image->findAttachmentField("note").value_or("<absent>"), std::string("first"));
+    QCOMPARE(image->findAttachmentField("empty").value_or("<absent>"), std::string());
+    QVERIFY(!image->findAttachmentField("Note").has_value());
+    image->setAttachmentField("note", "second");
+    QCOMPARE(image->findAttachmentField("note").value_or("<absent>"), std::string("second"));
+}
+
+void tst_osgImage::readDecodesEveryWritableFormat_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<QImage>("written");
+    QTest::addColumn<QRgb>("pixel");
+    QTest::addColumn<bool>("colour");
+    QTest::addColumn<int>("tolerance");
+
+    const QImage colour = ImageFixtures::filled(16, 16, QImage::Format_RGB32, QColor(Colour));
+    const QImage black = ImageFixtures::filled(16, 16, QImage::Format_Mono, Qt::black);
+    const QImage grey =
+        ImageFixtures::filled(16, 16, QImage::Format_Grayscale8, QColor(90, 90, 90));
+    QTest::newRow("bmp") << QByteArray("bmp") << colour << Colour << true << 0;
+    QTest::newRow("cur") << QByteArray("cur") << colour << Colour << true << 0;
+    QTest::newRow("ico") << QByteArray("ico") << colour << Colour << true << 0;
+    QTest::newRow("icns") << QByteArray("icns") << colour << Colour << true << 0;
+    QTest::newRow("jpeg") << QByteArray("jpeg") << colour << Colour << true << 8;
+    QTest::newRow("pbm") << QByteArray("pbm") << black << qRgb(0, 0, 0) << false << 0;
+    QTest::newRow("pgm") << QByteArray("pgm") << grey << qRgb(90, 90, 90) << false << 0;
+    QTest::newRow("png") << QByteArray("png") << colour << Colour << true << 0;
+    QTest::newRow("ppm") << QByteArray("ppm") << colour << Colour << true << 0;
+    QTest::newRow("tiff") << QByteArray("tiff") << colour << Colour << true << 0;
+    QTest::newRow("wbmp") << QByteArray("wbmp") << black << qRgb(0, 0, 0) << false << 0;
+    QTest::newRow("webp") << QByteArray("webp") << colour << Colour << true << 8;
+    QTest::newRow("xbm") << QByteArray("xbm") << black << qRgb(0, 0, 0) << false << 0;
+    QTest::newRow("xpm") << QByteArray("xpm") << colour << Colour << true << 0;
+}
+
+void tst_osgImage::readDecodesEveryWritableFormat()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(QImage, written);
+    QFETCH(QRgb, pixel);
+    QFETCH(bool, colour);
+    QFETCH(int, tolerance);
+    if (!QImageWriter::supportedImageFormats().contains(format))
+        QSKIP("no Qt plugin writes this format here");
+    const QString file = path(QStringLiteral("written.") + QString::fromLatin1(format));
+    QVERIFY(ImageFixtures::write(written, file, format));
+
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image->read(file.toUtf8().constData()));
+    QCOMPARE(image->getName(), file.toStdString());
+    QCOMPARE(image->getWidth(), 16);
+    QCOMPARE(image->getHeight(), 16);
+    QCOMPARE(image->getDepth(), 1);
+    QCOMPARE(image->hasColorChannel(), colour);
+    const QRgb centre = image->getPixels().pixel(8, 8);
+    QVERIFY2(near(centre, pixel, tolerance), qPrintable(QColor(centre).name()));
+}
+
+void tst_osgImage::readDecodesReadOnlyFormats_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QRgb>("first");
+    QTest::addColumn<QRgb>("last");
+    QTest::newRow("gif") << QStringLiteral("red-blue.gif") << GifRedBlue << QSize(2, 1)
+                         << qRgb(255, 0, 0) << qRgb(0, 0, 255);
+    QTest::newRow("tga") << QStringLiteral("red-blue.tga") << TgaRedBlue << QSize(2, 1)
+                         << qRgb(255, 0, 0) << qRgb(0, 0, 255);
+    QTest::newRow("svg") << QStringLiteral("green.svg") << SvgGreen << QSize(6, 4)
+                         << qRgb(0, 255, 0) << qRgb(0, 255, 0);
+}
+
+void tst_osgImage::readDecodesReadOnlyFormats()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QSize, size);
+    QFETCH(QRgb, first);
+    QFETCH(QRgb, last);
+    if (!QImageReader::supportedImageFormats().contains(QFileInfo(name).suffix().toLatin1()))
+        QSKIP("no Qt plugin reads this format here");
+    QVERIFY(ImageFixtures::writeFile(path(name), bytes));
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image->read(path(name).toUtf8().constData()));
+    QCOMPARE(QSize(image->getWidth(), image->getHeight()), size);
+    QCOMPARE(image->getDepth(), 1);
+    QVERIFY(image->hasColorChannel());
+    QCOMPARE(image->getPixels().pixel(0, 0), first);
+    QCOMPARE(image->getPixels().pixel(size.width() - 1, size.height() - 1), last);
+}
+
+void tst_osgImage::channelsFollowThePixelFormat_data()
+{
+    QTest::addColumn<QImage>("written");
+    QTest::addColumn<bool>("colour");
+    QTest::addColumn<bool>("alpha");
+
+    const auto filled = [](QImage::Format format) {
+        return ImageFixtures::filled(4, 4, format, QColor(200, 60, 40, 100));
+    };
+    QImage greyPalette = filled(QImage::Format_Indexed8);
+    greyPalette.setColorTable({qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(255, 255, 255)});
+    QImage colourPalette = greyPalette;
+    colourPalette.setColorTable({qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(0, 0, 255)});
+
+    QTest::newRow("RGB") << filled(QImage::Format_RGB32) << true << false;
+    QTest::newRow("RGBA") << filled(QImage::Format_ARGB32) << true << true;
+    QTest::newRow("RGBA 16 bits") << filled(QImage::Format_RGBA64) << true << true;
+    QTest::newRow("grey") << filled(QImage::Format_Grayscale8) << false << false;
+    QTest::newRow("grey 16 bits") << filled(QImage::Format_Grayscale16) << false << false;
+    QTest::newRow("grey palette") << greyPalette << false << false;
+    QTest::newRow("palette with a colour") << colourPalette << true << false;
+    QTest::newRow("bilevel") << filled(QImage::Format_Mono) << false << false;
+}
+
+void tst_osgImage::channelsFollowThePixelFormat()
+{
+    QFETCH(QImage, written);
+    QFETCH(bool, colour);
+    QFETCH(bool, alpha);
+    const QString file = path(QStringLiteral("channels.png"));
+    QVERIFY(ImageFixtures::write(written, file));
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image->read(file.toUtf8().constData()));
+    QCOMPARE(image->hasColorChannel(), colour);
+    QCOMPARE(image->hasAlphaChannel(), alpha);
+}
+
+void tst_osgImage::contentDecidesWhenTheSuffixIsWrong()
+{
+    const QByteArray png = ImageFixtures::readFile(goodFile());
+    for (const QString& name : {QStringLiteral("png-inside.jpg"), QStringLiteral("no-suffix")}) {
+        QVERIFY(ImageFixtures::writeFile(path(name), png));
+        const osg::ImagePtr image = osg::Image::create();
+        QVERIFY2(image->read(path(name).toUtf8().constData()), qPrintable(name));
+        QCOMPARE(image->getWidth(), 8);
+    }
+}
+
+void tst_osgImage::metadataIsAttachedOnlyWhenAskedFor()
+{
+    const osg::ImagePtr plain = osg::Image::create();
+    QVERIFY(plain->read(goodFile().toUtf8().constData()));
+    QVERIFY(!plain->findAttachmentField("BaselineData").has_value());
+    QVERIFY(!plain->findAttachmentField("EXIFData").has_value());
+    QVERIFY(!plain->findAttachmentField(zeImageMetaData::getAttachmentKey()).has_value());
+
+    const osg::ImagePtr asked = osg::Image::create();
+    asked->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(asked->read(goodFile().toUtf8().constData()));
+    QCOMPARE(asked->findAttachmentField("BaselineData").value_or("<absent>"),
+             std::string("@SAMPLES_PER_PIXEL 3\n@BITS_PER_SAMPLE 8\n"));
+    QCOMPARE(asked->findAttachmentField("EXIFData").value_or("<absent>"), std::string());
+    QCOMPARE(asked->findAttachmentField(zeImageMetaData::getAttachmentKey()).value_or("<absent>"),
+             std::string());
+}
+
+void tst_osgImage::laterReadReplacesTheMetadata()
+{
+    const QString tagged = path(QStringLiteral("tagged.jpg"));
+    QVERIFY(ImageFixtures::writePlain(tagged, "jpeg"));
+    QVERIFY(ImageFixtures::addTags(tagged, {{"Exif.Photo.FNumber", "4/1"},
+                                            {"Xmp.exif.FNumber", "4/1"}}));
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(image->read(tagged.toUtf8().constData()));
+    QCOMPARE(image->findAttachmentField("EXIFData").value_or("<absent>"),
+             std::string("@F_NUMBER 4\n"));
+    QVERIFY(!image->findAttachmentField(zeImageMetaData::getAttachmentKey()).value_or("").empty());
+
+    QVERIFY(image->read(goodFile().toUtf8().constData()));
+    QCOMPARE(image->findAttachmentField("EXIFData").value_or("<absent>"), std::string());
+    QCOMPARE(image->findAttachmentField(zeImageMetaData::getAttachmentKey()).value_or("<absent>"),
+             std::string());
+}
+
+void tst_osgImage::badFilesFailAndLeaveTheImageAlone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes"); // null: nothing is written under name
+
+    const QByteArray png = ImageFixtures::readFile(goodFile());
+    QByteArray wrongSignature = png;
+    wrongSignature[3] = 'X';
+    QTest::newRow("missing") << QStringLiteral("missing.png") << QByteArray();
+    QTest::newRow("empty") << QStringLiteral("empty.png") << QByteArray("");
+    QTest::newRow("text") << QStringLiteral("words.png") << QByteArray("not an image at all\n");
+    QTest::newRow("truncated") << QStringLiteral("truncated.png") << png.left(png.size() / 2);
+    QTest::newRow("wrong signature") << QStringLiteral("signature.png") << wrongSignature;
+    QTest::newRow("directory") << QStringLiteral("folder.png") << QByteArray();
+}
+
+void tst_osgImage::badFilesFailAndLeaveTheImageAlone()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    if (name == QLatin1String("folder.png"))
+        QVERIFY(QDir(_dir.path()).mkpath(name));
+    else if (!bytes.isNull())
+        QVERIFY(ImageFixtures::writeFile(path(name), bytes));
+
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(image->read(goodFile().toUtf8().constData()));
+    const std::string baseline = image->findAttachmentField("BaselineData").value_or("<absent>");
+
+    QVERIFY(!image->read(path(name).toUtf8().constData()));
+    QCOMPARE(image->getName(), goodFile().toStdString());
+    QCOMPARE(image->getWidth(), 8);
+    QCOMPARE(image->getHeight(), 6);
+    QCOMPARE(image->findAttachmentField("BaselineData").value_or("<absent>"), baseline);
+}
+
+void tst_osgImage::nullPathFails()
+{
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(!image->read(nullptr));
+    QCOMPARE(image->getDepth(), 0);
+}
+
+// A valid PNG followed by zeros up to just over 1 GiB (a sparse file): the
+// decoder alone would read the PNG and ignore the rest.
+void tst_osgImage::filesOverOneGiBAreRefused()
+{
+    const QString file = path(QStringLiteral("huge-file.png"));
+    QVERIFY(QFile::copy(goodFile(), file));
+    {
+        QFile grow(file);
+        QVERIFY(grow.resize((qint64(1) << 30) + 1));
+    }
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(!image->read(file.toUtf8().constData()));
+    QCOMPARE(image->getDepth(), 0);
+    QFile::remove(file);
+}
+
+// 32768 x 32769 grey pixels are 32 KiB over 1 GiB once decoded, from a
+// file of under 7 MB. The same generator's small image reads, so the big
+// one is refused for its size alone.
+void tst_osgImage::imagesDecodingToOverOneGiBAreRefused()
+{
+    const QString small = path(QStringLiteral("small-pixels.png"));
+    QVERIFY(ImageFixtures::writeFile(small, blackGreyPng(300, 200)));
+    const osg::ImagePtr smallImage = osg::Image::create();
+    QVERIFY(smallImage->read(small.toUtf8().constData()));
+    QCOMPARE(smallImage->getPixels().pixel(299, 199), qRgb(0, 0, 0));
+
+    const QString file = path(QStringLiteral("huge-pixels.png"));
+    QVERIFY(ImageFixtures::writeFile(file, blackGreyPng(32768, 32769)));
+    QImageReader header(file);
+    QCOMPARE(header.size(), QSize(32768, 32769));
+    QCOMPARE(header.imageFormat(), QImage::Format_Grayscale8);
+
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(!image->read(file.toUtf8().constData()));
+    QCOMPARE(image->getDepth(), 0);
+    QFile::remove(file);
+}
+
+QTEST_GUILESS_MAIN(tst_osgImage)
+#include "tst_osgImage.moc"
