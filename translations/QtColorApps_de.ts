@@ -28,233 +28,233 @@
     </message>
     <message>
         <source>Controls</source>
-        <translation type="unfinished"></translation>
+        <translation>Bedienelemente</translation>
     </message>
     <message>
         <source>Spectrum</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrum</translation>
     </message>
 </context>
 <context>
     <name>ControlsPage</name>
     <message>
         <source>Hue</source>
-        <translation type="unfinished">Farbton</translation>
+        <translation>Farbton</translation>
     </message>
     <message>
         <source>Saturation</source>
-        <translation type="unfinished">Sättigung</translation>
+        <translation>Sättigung</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished">Hellwert</translation>
+        <translation>Hellwert</translation>
     </message>
     <message>
         <source>Red</source>
-        <translation type="unfinished">Rot</translation>
+        <translation>Rot</translation>
     </message>
     <message>
         <source>Green</source>
-        <translation type="unfinished">Grün</translation>
+        <translation>Grün</translation>
     </message>
     <message>
         <source>Blue</source>
-        <translation type="unfinished">Blau</translation>
+        <translation>Blau</translation>
     </message>
     <message>
         <source>L*</source>
-        <translation type="unfinished">L*</translation>
+        <translation>L*</translation>
     </message>
     <message>
         <source>a*</source>
-        <translation type="unfinished">a*</translation>
+        <translation>a*</translation>
     </message>
     <message>
         <source>b*</source>
-        <translation type="unfinished">b*</translation>
+        <translation>b*</translation>
     </message>
     <message>
         <source>Colour field</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld</translation>
     </message>
     <message>
         <source>Current colour</source>
-        <translation type="unfinished">Aktuelle Farbe</translation>
+        <translation>Aktuelle Farbe</translation>
     </message>
     <message>
         <source>Drag the colour to a swatch, or drop a colour here to use it</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziehen Sie die Farbe auf ein Farbmuster oder legen Sie hier eine Farbe ab, um sie zu übernehmen</translation>
     </message>
     <message>
         <source>Field colour (HSV)</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe im Farbfeld (HSV)</translation>
     </message>
     <message>
         <source>Field slider value</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert des Farbfeld-Schiebereglers</translation>
     </message>
     <message>
         <source>HSV (hue in degrees)</source>
-        <translation type="unfinished">HSV (Farbton in Grad)</translation>
+        <translation>HSV (Farbton in Grad)</translation>
     </message>
     <message>
         <source>Linear RGB</source>
-        <translation type="unfinished">Lineares RGB</translation>
+        <translation>Lineares RGB</translation>
     </message>
     <message>
         <source>sRGB-encoded RGB</source>
-        <translation type="unfinished">sRGB-kodiertes RGB</translation>
+        <translation>sRGB-kodiertes RGB</translation>
     </message>
     <message>
         <source>CIE L*a*b*</source>
-        <translation type="unfinished">CIE L*a*b*</translation>
+        <translation>CIE L*a*b*</translation>
     </message>
     <message>
         <source>(linear)</source>
-        <translation type="unfinished"></translation>
+        <translation>(linear)</translation>
     </message>
     <message>
         <source>(display)</source>
-        <translation type="unfinished"></translation>
+        <translation>(Anzeige)</translation>
     </message>
     <message>
         <source>Swatches</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbmuster</translation>
     </message>
 </context>
 <context>
     <name>ImageMetaTool</name>
     <message>
         <source>Scene file the image was rendered from.</source>
-        <translation type="unfinished"></translation>
+        <translation>Szenendatei, aus der das Bild gerendert wurde.</translation>
     </message>
     <message>
         <source>NAME</source>
-        <translation type="unfinished"></translation>
+        <translation>NAME</translation>
     </message>
     <message>
         <source>Version of the rendering application.</source>
-        <translation type="unfinished"></translation>
+        <translation>Version der Anwendung, die das Bild gerendert hat.</translation>
     </message>
     <message>
         <source>V</source>
-        <translation type="unfinished"></translation>
+        <translation>V</translation>
     </message>
     <message>
         <source>Render date and time in ISO 8601, for example 2024-05-17T14:30:00.</source>
-        <translation type="unfinished"></translation>
+        <translation>Datum und Uhrzeit des Renderns nach ISO 8601, zum Beispiel 2024-05-17T14:30:00.</translation>
     </message>
     <message>
         <source>ISO8601</source>
-        <translation type="unfinished"></translation>
+        <translation>ISO8601</translation>
     </message>
     <message>
         <source>Settings groups the record carries, the sum of: 1 camera, 2 node visibilities, 4 switch node states, 8 image, 16 animation, 32 render passes, 64 ray tracing, 128 switch material states.</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungsgruppen, die der Datensatz enthält, als Summe aus: 1 Kamera, 2 Sichtbarkeit der Knoten, 4 Zustände der Switch-Knoten, 8 Bild, 16 Animation, 32 Render-Durchgänge, 64 Raytracing, 128 Zustände der Switch-Materialien.</translation>
     </message>
     <message>
         <source>MASK</source>
-        <translation type="unfinished"></translation>
+        <translation>MASK</translation>
     </message>
     <message>
         <source>Also copy the file&apos;s EXIF data into its XMP, next to the record.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kopiert zusätzlich die EXIF-Daten der Datei in ihre XMP-Daten, neben den Datensatz.</translation>
     </message>
     <message>
         <source>show or stamp, then FILE.</source>
-        <translation type="unfinished"></translation>
+        <translation>show oder stamp, gefolgt von FILE.</translation>
     </message>
     <message>
         <source>command FILE</source>
-        <translation type="unfinished"></translation>
+        <translation>command FILE</translation>
     </message>
     <message>
         <source>Shows and writes the metadata of image files: baseline tags, EXIF exposure data and the render-settings record.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt und schreibt die Metadaten von Bilddateien: Baseline-Tags, EXIF-Belichtungsdaten und den Datensatz der Render-Einstellungen.</translation>
     </message>
     <message>
         <source>Commands:</source>
-        <translation type="unfinished">Befehle:</translation>
+        <translation>Befehle:</translation>
     </message>
     <message>
         <source>Print the metadata blocks that the image loader attaches to FILE, each under its name in brackets.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gibt die Metadatenblöcke aus, die der Bildlader an FILE anhängt, jeweils unter ihrem Namen in eckigen Klammern.</translation>
     </message>
     <message>
         <source>Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without re-encoding its pixels; a record already there is replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>Schreibt einen Datensatz mit Render-Einstellungen in FILE (JPEG, PNG, TIFF, WebP), ohne die Pixel neu zu kodieren; ein bereits vorhandener Datensatz wird ersetzt.</translation>
     </message>
     <message>
         <source>Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage error.</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückgabewert: 0 bei Erfolg, 1, wenn eine Datei nicht gelesen oder geschrieben werden kann, 2 bei einem Aufruffehler.</translation>
     </message>
     <message>
         <source>no command given</source>
-        <translation type="unfinished">kein Befehl angegeben</translation>
+        <translation>kein Befehl angegeben</translation>
     </message>
     <message>
         <source>unknown command &apos;%1&apos;</source>
-        <translation type="unfinished">unbekannter Befehl &apos;%1&apos;</translation>
+        <translation>unbekannter Befehl &apos;%1&apos;</translation>
     </message>
     <message>
         <source>%1 takes exactly one FILE</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 erwartet genau ein Argument FILE</translation>
     </message>
     <message>
         <source>show takes no --%1 option</source>
-        <translation type="unfinished"></translation>
+        <translation>show akzeptiert keine Option --%1</translation>
     </message>
     <message>
         <source>cannot read %1: no such file</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gelesen werden: Datei nicht vorhanden</translation>
     </message>
     <message>
         <source>cannot read %1: not an image this program can decode, damaged, or larger than 1 GiB</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gelesen werden: kein Bild, das dieses Programm dekodieren kann, beschädigt oder größer als 1 GiB</translation>
     </message>
     <message>
         <source>stamp needs the --%1 option</source>
-        <translation type="unfinished"></translation>
+        <translation>stamp benötigt die Option --%1</translation>
     </message>
     <message>
         <source>invalid date &apos;%1&apos;: expected ISO 8601, for example 2024-05-17T14:30:00</source>
-        <translation type="unfinished"></translation>
+        <translation>ungültiges Datum &apos;%1&apos;: erwartet wird ISO 8601, zum Beispiel 2024-05-17T14:30:00</translation>
     </message>
     <message>
         <source>invalid group mask &apos;%1&apos;: expected a whole number from 0 to %2</source>
-        <translation type="unfinished"></translation>
+        <translation>ungültige Gruppenmaske &apos;%1&apos;: erwartet wird eine ganze Zahl von 0 bis %2</translation>
     </message>
     <message>
         <source>%1 is larger than 1 GiB</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist größer als 1 GiB</translation>
     </message>
     <message>
         <source>cannot read %1: %2</source>
-        <translation type="unfinished">%1 kann nicht gelesen werden: %2</translation>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
     </message>
     <message>
         <source>%1 is not an image whose metadata can be read: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist kein Bild, dessen Metadaten gelesen werden können: %2</translation>
     </message>
     <message>
         <source>cannot write a record into %1: its format carries no XMP metadata</source>
-        <translation type="unfinished"></translation>
+        <translation>in %1 kann kein Datensatz geschrieben werden: Das Dateiformat kann keine XMP-Metadaten aufnehmen</translation>
     </message>
     <message>
         <source>%1 has no EXIF data to copy into XMP; leave out --exif-in-xmp</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 enthält keine EXIF-Daten, die nach XMP kopiert werden könnten; --exif-in-xmp weglassen</translation>
     </message>
     <message>
         <source>cannot write the metadata of %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>die Metadaten von %1 können nicht geschrieben werden: %2</translation>
     </message>
     <message>
         <source>cannot save %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gespeichert werden: %2</translation>
     </message>
     <message>
         <source>Run &apos;%1 --help&apos; for usage.</source>
-        <translation type="unfinished">&apos;%1 --help&apos; zeigt Hinweise zum Aufruf.</translation>
+        <translation>&apos;%1 --help&apos; zeigt Hinweise zum Aufruf.</translation>
     </message>
 </context>
 <context>
@@ -347,95 +347,95 @@
     <name>SpectrumPage</name>
     <message>
         <source>Press and drag on the empty plot to paint values. Drag a dot to change one sample, and with non-uniform sampling its wavelength.</source>
-        <translation type="unfinished"></translation>
+        <translation>Auf einer freien Stelle des Diagramms drücken und ziehen, um Werte zu zeichnen. Einen Punkt ziehen, um einen Abtastwert zu ändern, bei ungleichmäßiger Abtastung auch seine Wellenlänge.</translation>
     </message>
     <message>
         <source>Spectrum</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrum</translation>
     </message>
     <message>
         <source>Daylight D65</source>
-        <translation type="unfinished"></translation>
+        <translation>Tageslicht D65</translation>
     </message>
     <message>
         <source>Smits spectrum of a colour...</source>
-        <translation type="unfinished"></translation>
+        <translation>Smits-Spektrum einer Farbe...</translation>
     </message>
     <message>
         <source>Non-uniform sampling</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungleichmäßige Abtastung</translation>
     </message>
     <message>
         <source>Dragged dots move in wavelength too, never past their neighbours.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gezogene Punkte verschieben sich auch in der Wellenlänge, aber nie über ihre Nachbarn hinaus.</translation>
     </message>
     <message>
         <source>Top of the value axis</source>
-        <translation type="unfinished"></translation>
+        <translation>Obergrenze der Werteachse</translation>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei</translation>
     </message>
     <message>
         <source>Load...</source>
-        <translation type="unfinished"></translation>
+        <translation>Laden...</translation>
     </message>
     <message>
         <source>Save...</source>
-        <translation type="unfinished"></translation>
+        <translation>Speichern...</translation>
     </message>
     <message>
         <source>Colour of the spectrum</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe des Spektrums</translation>
     </message>
     <message>
         <source>CIE daylight D65, %1 to %2 nm in %3 nm steps.</source>
-        <translation type="unfinished"></translation>
+        <translation>CIE-Tageslicht D65, %1 bis %2 nm in Schritten von %3 nm.</translation>
     </message>
     <message>
         <source>Smits spectrum of linear RGB %1, %2, %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>Smits-Spektrum von linearem RGB %1, %2, %3.</translation>
     </message>
     <message>
         <source>Colour for the Smits spectrum</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe für das Smits-Spektrum</translation>
     </message>
     <message>
         <source>Could not load %1; the spectrum is unchanged.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 konnte nicht geladen werden; das Spektrum bleibt unverändert.</translation>
     </message>
     <message>
         <source>Loaded %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 geladen.</translation>
     </message>
     <message>
         <source>Could not save %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 konnte nicht gespeichert werden.</translation>
     </message>
     <message>
         <source>Saved %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 gespeichert.</translation>
     </message>
     <message>
         <source>Load Spectrum File</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei laden</translation>
     </message>
     <message>
         <source>Spectrum File (*.spectral *.txt)</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei (*.spectral *.txt)</translation>
     </message>
     <message>
         <source>Save Spectrum File</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei speichern</translation>
     </message>
     <message>
         <source>Spectrum File (*.spectral)</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei (*.spectral)</translation>
     </message>
     <message>
         <source>Linear RGB: %1, %2, %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Lineares RGB: %1, %2, %3</translation>
     </message>
 </context>
 <context>

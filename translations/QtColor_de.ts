@@ -5,63 +5,64 @@
     <name>QZEColorArray</name>
     <message>
         <source>Custom colours</source>
-        <translation type="unfinished"></translation>
+        <translation>Eigene Farben</translation>
     </message>
     <message>
         <source>Free cell</source>
-        <translation type="unfinished"></translation>
+        <translation>Freie Zelle</translation>
     </message>
     <message>
         <source>H: %1  S: %2  V: %3
 R: %4  G: %5  B: %6</source>
-        <translation type="unfinished"></translation>
+        <translation>H: %1  S: %2  V: %3
+R: %4  G: %5  B: %6</translation>
     </message>
 </context>
 <context>
     <name>QZEColorField</name>
     <message>
         <source>hue</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbton</translation>
     </message>
     <message>
         <source>saturation</source>
-        <translation type="unfinished"></translation>
+        <translation>Sättigung</translation>
     </message>
     <message>
         <source>value</source>
-        <translation type="unfinished"></translation>
+        <translation>Hellwert</translation>
     </message>
     <message>
         <source>red</source>
-        <translation type="unfinished"></translation>
+        <translation>Rot</translation>
     </message>
     <message>
         <source>green</source>
-        <translation type="unfinished"></translation>
+        <translation>Grün</translation>
     </message>
     <message>
         <source>blue</source>
-        <translation type="unfinished"></translation>
+        <translation>Blau</translation>
     </message>
     <message>
         <source>L*</source>
-        <translation type="unfinished"></translation>
+        <translation>L*</translation>
     </message>
     <message>
         <source>a*</source>
-        <translation type="unfinished"></translation>
+        <translation>a*</translation>
     </message>
     <message>
         <source>b*</source>
-        <translation type="unfinished"></translation>
+        <translation>b*</translation>
     </message>
     <message>
         <source>Colour field</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld</translation>
     </message>
     <message>
         <source>%1 from left to right, %2 from bottom to top, at a fixed %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 von links nach rechts, %2 von unten nach oben, %3 fest</translation>
     </message>
 </context>
 <context>
@@ -79,7 +80,7 @@ R: %4  G: %5  B: %6</source>
     <name>QZESpectrumPlot</name>
     <message>
         <source>Sample: %1 / Wavelength: %2 / Value: %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Abtastwert: %1 / Wellenlänge: %2 / Wert: %3</translation>
     </message>
 </context>
 <context>
