@@ -180,7 +180,8 @@ void tst_QZENumberScanner::nextReadsCFloatLiterals()
 
 void tst_QZENumberScanner::underflowReadsAsZeroAndGoesOn()
 {
-    QZENumberScanner scanner = scannerOf(QByteArray("4 1e-50 6"));
+    const QByteArray data("4 1e-50 6");
+    QZENumberScanner scanner = scannerOf(data);
     float value = -1.0f;
     QVERIFY(scanner.next(value));
     QCOMPARE(value, 4.0f);
