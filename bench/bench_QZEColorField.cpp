@@ -11,15 +11,14 @@
 // "MarkerMove" after the marker moved (the cached plane is reused) and
 // "FixedChange" after the fixed component changed (the plane is recomputed).
 
+#include "BenchMain.h"
 #include "QZEColorField.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QImage>
 #include <QMetaEnum>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -107,18 +106,6 @@ bool computesLikeReference(const Scene& scene)
     return plane == reference;
 }
 
-// Reported on stderr so stdout stays a clean report (e.g. --benchmark_format=json).
-bool allScenesComputeLikeReference(const std::vector<Scene>& scenes)
-{
-    bool all = true;
-    for (const Scene& scene : scenes) {
-        const bool same = computesLikeReference(scene);
-        std::fprintf(stderr, "%-10s pixel-identical: %s\n", scene.name.c_str(), same ? "yes" : "no");
-        all = all && same;
-    }
-    return all;
-}
-
 // --- Benchmarks ----------------------------------------------------------------
 
 void BM_PlaneRecompute(benchmark::State& state, const Scene& scene)
@@ -139,69 +126,57 @@ void BM_ReferencePlane(benchmark::State& state, const Scene& scene)
     }
 }
 
-// A hue-mode field whose marker alternates between two colours of one hue.
-void BM_FieldRepaintMarkerMove(benchmark::State& state)
+// Renders a hue-mode field once per iteration after change(field, flip),
+// where flip alternates between true and false.
+template <typename Change>
+void renderAlternating(benchmark::State& state, QZEColorField& field, Change change)
 {
-    QZEColorField field;
     field.resize(Side, Side);
     QImage image(Side, Side, QImage::Format_ARGB32_Premultiplied);
     bool flip = false;
     for (auto _ : state) {
         flip = !flip;
-        field.setRGB(flip ? 0.9f : 0.6f, 0.3f, 0.3f); // hue 0 both times
+        change(field, flip);
         field.render(&image);
     }
+}
+
+// The marker alternates between two colours of one hue.
+void BM_FieldRepaintMarkerMove(benchmark::State& state)
+{
+    QZEColorField field;
+    renderAlternating(state, field, [](QZEColorField& f, bool flip) {
+        f.setRGB(flip ? 0.9f : 0.6f, 0.3f, 0.3f); // hue 0 both times
+    });
     if (field.getPlaneComputations() != 1)
         state.SkipWithError("the plane was recomputed on a marker move");
 }
 
-// A hue-mode field whose hue alternates: every repaint recomputes the plane.
+// The hue alternates: every repaint recomputes the plane.
 void BM_FieldRepaintFixedChange(benchmark::State& state)
 {
     QZEColorField field;
-    field.resize(Side, Side);
-    QImage image(Side, Side, QImage::Format_ARGB32_Premultiplied);
-    bool flip = false;
-    for (auto _ : state) {
-        flip = !flip;
-        field.setHue(flip ? 40.0f : 220.0f);
-        field.render(&image);
-    }
+    renderAlternating(state, field,
+                      [](QZEColorField& f, bool flip) { f.setHue(flip ? 40.0f : 220.0f); });
 }
 
 void registerBenchmarks(const std::vector<Scene>& scenes)
 {
     for (const Scene& scene : scenes) {
-        benchmark::RegisterBenchmark(("PlaneRecompute/" + scene.name).c_str(), BM_PlaneRecompute, scene)
-            ->Unit(benchmark::kMicrosecond);
-        benchmark::RegisterBenchmark(("ReferencePlane/" + scene.name).c_str(), BM_ReferencePlane, scene)
-            ->Unit(benchmark::kMicrosecond);
+        registerInMicroseconds("PlaneRecompute/" + scene.name, BM_PlaneRecompute, scene);
+        registerInMicroseconds("ReferencePlane/" + scene.name, BM_ReferencePlane, scene);
     }
-    benchmark::RegisterBenchmark("FieldRepaint/MarkerMove", BM_FieldRepaintMarkerMove)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark("FieldRepaint/FixedChange", BM_FieldRepaintFixedChange)
-        ->Unit(benchmark::kMicrosecond);
+    registerInMicroseconds("FieldRepaint/MarkerMove", BM_FieldRepaintMarkerMove);
+    registerInMicroseconds("FieldRepaint/FixedChange", BM_FieldRepaintFixedChange);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
     QZEColor::s_useGamma = true; // the reference shows L*a*b* planes through getGammaQColor
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-
     const std::vector<Scene> scenes = allScenes();
-    if (!allScenesComputeLikeReference(scenes))
-        return 1;
-
-    registerBenchmarks(scenes);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runWidgetBenchmarks(
+        argc, argv, [&scenes] { return allScenesPixelIdentical(scenes, computesLikeReference); },
+        [&scenes] { registerBenchmarks(scenes); });
 }

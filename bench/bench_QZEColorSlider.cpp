@@ -7,17 +7,17 @@
 // Before any timing, main() checks once per mode that the widget and the
 // reference produce identical pixels, so the figures compare equal work.
 
+#include "BenchMain.h"
 #include "QZEColorSlider.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QImage>
 #include <QMetaEnum>
 #include <QPainter>
 #include <QPalette>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -200,18 +200,6 @@ bool rendersLikeReference(const Scene& scene)
     return widgetImage == referenceImage;
 }
 
-// Reported on stderr so stdout stays a clean report (e.g. --benchmark_format=json).
-bool allScenesRenderLikeReference(const std::vector<Scene>& scenes)
-{
-    bool all = true;
-    for (const Scene& scene : scenes) {
-        const bool same = rendersLikeReference(scene);
-        std::fprintf(stderr, "%-10s pixel-identical: %s\n", scene.name.c_str(), same ? "yes" : "no");
-        all = all && same;
-    }
-    return all;
-}
-
 // --- Benchmarks ----------------------------------------------------------------
 
 void BM_SliderRepaint(benchmark::State& state, const Scene& scene)
@@ -235,11 +223,8 @@ void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
 void registerBenchmarks(const std::vector<Scene>& scenes)
 {
     for (const Scene& scene : scenes) {
-        benchmark::RegisterBenchmark(("SliderRepaint/" + scene.name).c_str(), BM_SliderRepaint, scene)
-            ->Unit(benchmark::kMicrosecond);
-        benchmark::RegisterBenchmark(("ReferencePerColumn/" + scene.name).c_str(),
-                                     BM_ReferencePerColumn, scene)
-            ->Unit(benchmark::kMicrosecond);
+        registerInMicroseconds("SliderRepaint/" + scene.name, BM_SliderRepaint, scene);
+        registerInMicroseconds("ReferencePerColumn/" + scene.name, BM_ReferencePerColumn, scene);
     }
 }
 
@@ -247,20 +232,8 @@ void registerBenchmarks(const std::vector<Scene>& scenes)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-
     const std::vector<Scene> scenes = allScenes();
-    if (!allScenesRenderLikeReference(scenes))
-        return 1;
-
-    registerBenchmarks(scenes);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runWidgetBenchmarks(
+        argc, argv, [&scenes] { return allScenesPixelIdentical(scenes, rendersLikeReference); },
+        [&scenes] { registerBenchmarks(scenes); });
 }

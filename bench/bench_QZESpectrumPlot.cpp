@@ -16,12 +16,13 @@
 // for their polish grows without bound over the iterations, and every item
 // removal searches it, which measures the benchmark instead of the plot.
 
+#include "BenchMain.h"
 #include "QZESpectrumPlot.h"
 #include "QZESpectrumSample.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QGraphicsRectItem>
 
 #include <cstdio>
@@ -117,29 +118,17 @@ void BM_EditSampleEvent(benchmark::State& state, int versionID)
     }
 }
 
+void registerBenchmarks()
+{
+    registerInMicroseconds("FullUpdate/600x300/81samples", BM_FullUpdate);
+    registerInMicroseconds("UpdatePlot/81samples", BM_UpdatePlot);
+    registerInMicroseconds("EditSampleEvent/uniform", BM_EditSampleEvent, 1);
+    registerInMicroseconds("EditSampleEvent/nonUniform", BM_EditSampleEvent, 2);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    if (!plotHoldsTheMeasuredScene())
-        return 1;
-
-    benchmark::RegisterBenchmark("FullUpdate/600x300/81samples", BM_FullUpdate)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark("UpdatePlot/81samples", BM_UpdatePlot)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark("EditSampleEvent/uniform", BM_EditSampleEvent, 1)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RegisterBenchmark("EditSampleEvent/nonUniform", BM_EditSampleEvent, 2)
-        ->Unit(benchmark::kMicrosecond);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runWidgetBenchmarks(argc, argv, plotHoldsTheMeasuredScene, registerBenchmarks);
 }

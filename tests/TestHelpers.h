@@ -3,7 +3,9 @@
 
 // Checks and fixtures that several test programs share.
 
+#include <QMetaMethod>
 #include <QString>
+#include <QStringList>
 #include <QtTest>
 
 #include <clocale>
@@ -58,6 +60,21 @@ inline std::vector<double> gridOf(double start, double delta, int num)
     for (int i = 0; i < num; ++i)
         grid.push_back(start + i * delta);
     return grid;
+}
+
+// The methods a class declares itself, in meta-object order, each written as
+// its kind ("signal", "slot" or "other") and its signature.
+inline QStringList methodsInMetaObjectOrder(const QMetaObject& meta)
+{
+    QStringList found;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        const char* kind = method.methodType() == QMetaMethod::Signal ? "signal "
+                           : method.methodType() == QMetaMethod::Slot ? "slot "
+                                                                      : "other ";
+        found << kind + QString::fromLatin1(method.methodSignature());
+    }
+    return found;
 }
 
 // Switches the C and C++ global locales to German, which writes a decimal

@@ -1,4 +1,5 @@
 #include "ColorLabWindow.h"
+#include "ColourArithmetic.h"
 #include "QZEColor.h"
 #include "QZEColorSlider.h"
 #include "ScreenshotWriter.h"
@@ -59,19 +60,6 @@ const QColor DustyRedScreenBytes(187, 136, 136);
 
 // --- Independent colour arithmetic, in double precision --------------------
 
-void hsvToLinearRgb(double h, double s, double v, double rgb[3])
-{
-    const double sector = h / 60.0;
-    const int i = int(std::floor(sector)) % 6;
-    const double f = sector - std::floor(sector);
-    const double p = v * (1.0 - s);
-    const double q = v * (1.0 - s * f);
-    const double t = v * (1.0 - s * (1.0 - f));
-    const double bySector[6][3] = {{v, t, p}, {q, v, p}, {p, v, t},
-                                   {p, q, v}, {t, p, v}, {v, p, q}};
-    std::copy(bySector[i], bySector[i] + 3, rgb);
-}
-
 // CIE f(t), with the exact constants 216/24389 and 24389/27.
 double labF(double t)
 {
@@ -103,7 +91,7 @@ Channels channelsOf(const QZEColor& color)
     c[QZEColorSlider::Hue] = color.h;
     c[QZEColorSlider::Saturation] = color.s;
     c[QZEColorSlider::Value] = color.v;
-    hsvToLinearRgb(color.h, color.s, color.v, &c[QZEColorSlider::Red]);
+    hsvToRgb(color.h, color.s, color.v, &c[QZEColorSlider::Red]);
     linearRgbToLab(&c[QZEColorSlider::Red], &c[QZEColorSlider::Lstar]);
     return c;
 }

@@ -1,3 +1,4 @@
+#include "ColourArithmetic.h"
 #include "QZEColorButton.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
@@ -10,7 +11,6 @@
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMetaMethod>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
@@ -34,51 +34,6 @@ QString styleSheetFor(int red, int green, int blue)
         .arg(red)
         .arg(green)
         .arg(blue);
-}
-
-// --- Colour arithmetic, written out independently of the library ----------
-
-struct Rgb
-{
-    float r, g, b;
-};
-
-// Six-sector HSV to RGB, for hues below 360.
-Rgb rgbOf(const QZEColor& c)
-{
-    const float sector = c.h / 60.0f;
-    const int i = int(sector);
-    const float f = sector - float(i);
-    const float p = c.v * (1.0f - c.s);
-    const float q = c.v * (1.0f - c.s * f);
-    const float t = c.v * (1.0f - c.s * (1.0f - f));
-    switch (i) {
-    case 1: return {q, c.v, p};
-    case 2: return {p, c.v, t};
-    case 3: return {p, q, c.v};
-    case 4: return {t, p, c.v};
-    case 5: return {c.v, p, q};
-    default: return {c.v, t, p};
-    }
-}
-
-// RGB to HSV by the largest and smallest channel; ties favour red, then green.
-QZEColor hsvOf(float r, float g, float b)
-{
-    const float max = std::max({r, g, b});
-    const float min = std::min({r, g, b});
-    float h = 0.0f;
-    if (max != min) {
-        if (max == r)
-            h = 60.0f * (g - b) / (max - min);
-        else if (max == g)
-            h = 60.0f * (b - r) / (max - min) + 120.0f;
-        else
-            h = 60.0f * (r - g) / (max - min) + 240.0f;
-    }
-    if (h < 0.0f)
-        h += 360.0f;
-    return QZEColor(h, max == 0.0f ? 0.0f : (max - min) / max, max);
 }
 
 float clamp01(float c)
@@ -353,19 +308,6 @@ osg::SpectrumPtr spectrumWithBands(int bandCount, bool useSpectrum)
         bands.push_back(0.2f + 0.6f * float(i) / 39.0f); // rising towards the red end
     spectrum->setUseSpectrum(useSpectrum);
     return spectrum;
-}
-
-QStringList methodsInMetaObjectOrder(const QMetaObject& meta)
-{
-    QStringList found;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        const char* kind = method.methodType() == QMetaMethod::Signal ? "signal "
-                           : method.methodType() == QMetaMethod::Slot ? "slot "
-                                                                      : "other ";
-        found << kind + QString::fromLatin1(method.methodSignature());
-    }
-    return found;
 }
 
 } // namespace

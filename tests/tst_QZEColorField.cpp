@@ -1,3 +1,4 @@
+#include "ColourArithmetic.h"
 #include "QZEColorField.h"
 #include "TestHelpers.h"
 
@@ -70,18 +71,6 @@ void sendMouse(QWidget& widget, QEvent::Type type, const QPoint& at, Qt::MouseBu
 }
 
 // --- Independent colour arithmetic, in double precision ------------------------
-
-void hsvToRgb(double h, double s, double v, double rgb[3])
-{
-    const double sector = h / 60.0;
-    const int i = int(std::floor(sector)) % 6;
-    const double f = sector - std::floor(sector);
-    const double p = v * (1.0 - s);
-    const double q = v * (1.0 - s * f);
-    const double t = v * (1.0 - s * (1.0 - f));
-    const double bySector[6][3] = {{v, t, p}, {q, v, p}, {p, v, t}, {p, q, v}, {t, p, v}, {v, p, q}};
-    std::copy(bySector[i], bySector[i] + 3, rgb);
-}
 
 // CIE L*a*b* to linear sRGB, with the D65 sRGB matrix and the white point
 // that the colour library uses.

@@ -2,12 +2,13 @@
 // the held button to the widget and the pressed widget keeps the mouse.
 #define QTEST_QPA_MOUSE_HANDLING
 
+#include "ColourArithmetic.h"
 #include "QZEColorSlider.h"
+#include "TestHelpers.h"
 #include "zePlatform.h"
 
 #include <QApplication>
 #include <QMetaEnum>
-#include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QtTest>
@@ -44,51 +45,6 @@ const QZEColor SomeMinColor(30.0f, 0.6f, 0.4f);
 const QZEColor SomeMaxColor(200.0f, 0.9f, 0.8f);
 
 // --- Colour arithmetic, written out independently of the library ----------
-
-struct Rgb
-{
-    float r, g, b;
-};
-
-// Six-sector HSV to RGB; a hue of 360 or more stays in the last sector.
-Rgb rgbOf(const QZEColor& c)
-{
-    float sector = c.h >= 360.0f ? 5.999833f : c.h / 60.0f;
-    if (c.h < 0.0f)
-        sector = 0.0f;
-    const int i = int(sector);
-    const float f = sector - float(i);
-    const float p = c.v * (1.0f - c.s);
-    const float q = c.v * (1.0f - c.s * f);
-    const float t = c.v * (1.0f - c.s * (1.0f - f));
-    switch (i) {
-    case 1: return {q, c.v, p};
-    case 2: return {p, c.v, t};
-    case 3: return {p, q, c.v};
-    case 4: return {t, p, c.v};
-    case 5: return {c.v, p, q};
-    default: return {c.v, t, p};
-    }
-}
-
-// RGB to HSV; on ties red wins over green and green over blue.
-QZEColor hsvOf(float r, float g, float b)
-{
-    const float max = std::max({r, g, b});
-    const float min = std::min({r, g, b});
-    float h = 0.0f;
-    if (max != min) {
-        if (r == max)
-            h = (g - b) * 60.0f / (max - min);
-        else if (g == max)
-            h = (b - r) * 60.0f / (max - min) + 120.0f;
-        else
-            h = (r - g) * 60.0f / (max - min) + 240.0f;
-    }
-    if (h < 0.0f)
-        h += 360.0f;
-    return QZEColor(h, max == 0.0f ? 0.0f : (max - min) / max, max);
-}
 
 float srgbEncoded(float c)
 {
@@ -967,16 +923,7 @@ void tst_QZEColorSlider::signalsThenSlotsInMetaObjectOrder()
         "slot setLstarMode(bool)",          "slot setAstarMode(bool)",
         "slot setBstarMode(bool)",          "slot setRedMode(bool)",
         "slot setGreenMode(bool)",          "slot setBlueMode(bool)"};
-    const QMetaObject& meta = QZEColorSlider::staticMetaObject;
-    QStringList found;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        const char* kind = method.methodType() == QMetaMethod::Signal ? "signal "
-                           : method.methodType() == QMetaMethod::Slot ? "slot "
-                                                                      : "other ";
-        found << kind + QString::fromLatin1(method.methodSignature());
-    }
-    QCOMPARE(found, expected);
+    QCOMPARE(methodsInMetaObjectOrder(QZEColorSlider::staticMetaObject), expected);
 }
 
 void tst_QZEColorSlider::connectsByStringSignature()

@@ -15,7 +15,6 @@
 #include <QGraphicsRectItem>
 #include <QGraphicsTextItem>
 #include <QGraphicsView>
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -291,19 +290,6 @@ bool guidesHidden(const QZESpectrumPlot& plot)
 osg::ChangeList& changes()
 {
     return *osg::PThreadBase::getThreadChangeList();
-}
-
-QStringList methodsOf(const QMetaObject& meta)
-{
-    QStringList found;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        const char* kind = method.methodType() == QMetaMethod::Signal ? "signal "
-                           : method.methodType() == QMetaMethod::Slot ? "slot "
-                                                                      : "other ";
-        found << kind + QString::fromLatin1(method.methodSignature());
-    }
-    return found;
 }
 
 // A plot shown in a view whose viewport pixels are scene coordinates, so a
@@ -1530,7 +1516,7 @@ void tst_QZESpectrumPlot::notificationWhileIgnoringChangesOnlyRecords()
 
 void tst_QZESpectrumPlot::plotHasUpdateSignalThenFourSlotsInOrder()
 {
-    QCOMPARE(methodsOf(QZESpectrumPlot::staticMetaObject),
+    QCOMPARE(methodsInMetaObjectOrder(QZESpectrumPlot::staticMetaObject),
              (QStringList{"signal update()", "slot setMaxValue(float)",
                           "slot setEditSampleMode(bool)",
                           "slot editSampleEvent(int,float,float,float)",
@@ -1540,7 +1526,7 @@ void tst_QZESpectrumPlot::plotHasUpdateSignalThenFourSlotsInOrder()
 
 void tst_QZESpectrumPlot::sampleHasThreeSignalsInOrder()
 {
-    QCOMPARE(methodsOf(QZESpectrumSample::staticMetaObject),
+    QCOMPARE(methodsInMetaObjectOrder(QZESpectrumSample::staticMetaObject),
              (QStringList{"signal finishEditingMode()",
                           "signal editSampleEvent(int,float,float,float)",
                           "signal setEditSampleMode(bool)"}));

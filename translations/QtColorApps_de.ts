@@ -36,7 +36,7 @@
     </message>
 </context>
 <context>
-    <name>ControlsPage</name>
+    <name>ColorModes</name>
     <message>
         <source>Hue</source>
         <translation>Farbton</translation>
@@ -73,6 +73,9 @@
         <source>b*</source>
         <translation>b*</translation>
     </message>
+</context>
+<context>
+    <name>ControlsPage</name>
     <message>
         <source>Colour field</source>
         <translation>Farbfeld</translation>
@@ -270,42 +273,6 @@
 </context>
 <context>
     <name>SlidersPage</name>
-    <message>
-        <source>Hue</source>
-        <translation>Farbton</translation>
-    </message>
-    <message>
-        <source>Saturation</source>
-        <translation>Sättigung</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Hellwert</translation>
-    </message>
-    <message>
-        <source>Red</source>
-        <translation>Rot</translation>
-    </message>
-    <message>
-        <source>Green</source>
-        <translation>Grün</translation>
-    </message>
-    <message>
-        <source>Blue</source>
-        <translation>Blau</translation>
-    </message>
-    <message>
-        <source>L*</source>
-        <translation>L*</translation>
-    </message>
-    <message>
-        <source>a*</source>
-        <translation>a*</translation>
-    </message>
-    <message>
-        <source>b*</source>
-        <translation>b*</translation>
-    </message>
     <message>
         <source>Channels</source>
         <translation>Kanäle</translation>

@@ -1,11 +1,11 @@
 #include "ControlsPage.h"
 
+#include "PageParts.h"
 #include "QZEColorButton.h"
 #include "QZEColorSlider.h"
 #include "zePlatform.h"
 
 #include <QButtonGroup>
-#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -23,15 +23,8 @@ using Mode = QZEColorField::Mode;
 const char* const ModeSlots[] = {"setHueMode",   "setSaturationMode", "setValueMode",
                                  "setRedMode",   "setGreenMode",      "setBlueMode",
                                  "setLstarMode", "setAstarMode",      "setBstarMode"};
-const char* const ModeNames[] = {
-    QT_TRANSLATE_NOOP("ControlsPage", "Hue"),   QT_TRANSLATE_NOOP("ControlsPage", "Saturation"),
-    QT_TRANSLATE_NOOP("ControlsPage", "Value"), QT_TRANSLATE_NOOP("ControlsPage", "Red"),
-    QT_TRANSLATE_NOOP("ControlsPage", "Green"), QT_TRANSLATE_NOOP("ControlsPage", "Blue"),
-    QT_TRANSLATE_NOOP("ControlsPage", "L*"),    QT_TRANSLATE_NOOP("ControlsPage", "a*"),
-    QT_TRANSLATE_NOOP("ControlsPage", "b*"),
-};
-constexpr int ModeCount = int(sizeof(ModeSlots) / sizeof(ModeSlots[0]));
-static_assert(ModeCount == QZEColorField::Bstar + 1, "one slot per field mode");
+static_assert(int(sizeof(ModeSlots) / sizeof(ModeSlots[0])) == PageParts::ModeCount,
+              "one slot per mode");
 
 // A linear steel blue: every plane and strip shows a clear gradient.
 const QZEColor InitialColor(200.0f, 0.6f, 0.7f);
@@ -84,38 +77,16 @@ QZEColor withComponent(QZEColor color, Mode mode, float value)
     return color;
 }
 
-// The slider position whose getRealValue() is component, kept on the strip.
-float sliderPosition(Mode mode, float component)
+// The slider mode that shows the component a field mode fixes.
+QZEColorSlider::Mode sliderMode(Mode mode)
 {
-    float position = component;
-    if (mode == QZEColorField::Hue)
-        position = component / 359.99f;
-    else if (mode == QZEColorField::Lstar)
-        position = component / 100.0f;
-    else if (mode == QZEColorField::Astar || mode == QZEColorField::Bstar)
-        position = component / QZEColor::s_LabRange + 0.5f;
-    return qBound(0.0f, position, 1.0f);
-}
-
-QString number(float x)
-{
-    return QString::number(double(x), 'f', 3);
-}
-
-QString triple(float x, float y, float z)
-{
-    return QStringLiteral("%1, %2, %3").arg(number(x), number(y), number(z));
-}
-
-QLabel* numberLabel()
-{
-    auto* label = new QLabel;
-    label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
+    return QZEColorSlider::Mode(int(mode));
 }
 
 } // namespace
+
+using PageParts::numberLabel;
+using PageParts::triple;
 
 ControlsPage::ControlsPage(QWidget* parent) : QWidget(parent), _color(InitialColor)
 {
@@ -167,8 +138,8 @@ QWidget* ControlsPage::createModeButtons()
     auto* grid = new QGridLayout(buttons);
     grid->setContentsMargins(0, 0, 0, 0);
     _modes = new QButtonGroup(this);
-    for (int mode = 0; mode < ModeCount; ++mode) {
-        auto* button = new QRadioButton(tr(ModeNames[mode]));
+    for (int mode = 0; mode < PageParts::ModeCount; ++mode) {
+        auto* button = new QRadioButton(PageParts::modeName(mode));
         _modes->addButton(button, mode);
         grid->addWidget(button, mode % 3, mode / 3); // one column per family
     }
@@ -257,21 +228,16 @@ void ControlsPage::showInField(const QZEColor& fieldColor)
 void ControlsPage::showInSlider(const QZEColor& fieldColor, bool move)
 {
     const QSignalBlocker blocker(_slider);
-    QZEColor min = fieldColor;
-    QZEColor max = fieldColor;
-    if (_slider->getMode() == QZEColorSlider::Saturation) {
-        min.s = 0.0f;
-        max.s = 1.0f;
-    } else if (_slider->getMode() == QZEColorSlider::Value) {
-        min.v = 0.0f;
-        max.v = 1.0f;
-    }
     if (_slider->getMode() < QZEColorSlider::Red || _slider->getMode() > QZEColorSlider::Blue) {
+        QZEColor min, max;
+        PageParts::gradientEnds(fieldColor, _slider->getMode(), min, max);
         _slider->setMinColor(min);
         _slider->setMaxColor(max);
     }
-    if (move)
-        _slider->setValue(sliderPosition(_field->getMode(), _field->getFixedValue()), false);
+    if (move) {
+        const Mode mode = _field->getMode();
+        _slider->setValue(PageParts::sliderPosition(sliderMode(mode), _field->getFixedValue()), false);
+    }
 }
 
 void ControlsPage::showValues()

@@ -1,9 +1,9 @@
 #include "SlidersPage.h"
 
+#include "PageParts.h"
 #include "zePlatform.h"
 
 #include <QCheckBox>
-#include <QFontDatabase>
 #include <QFormLayout>
 #include <QFrame>
 #include <QGridLayout>
@@ -16,17 +16,6 @@
 namespace {
 
 using Mode = QZEColorSlider::Mode;
-
-// Slider labels, in the order of QZEColorSlider::Mode.
-const char* const ChannelNames[] = {
-    QT_TRANSLATE_NOOP("SlidersPage", "Hue"),   QT_TRANSLATE_NOOP("SlidersPage", "Saturation"),
-    QT_TRANSLATE_NOOP("SlidersPage", "Value"), QT_TRANSLATE_NOOP("SlidersPage", "Red"),
-    QT_TRANSLATE_NOOP("SlidersPage", "Green"), QT_TRANSLATE_NOOP("SlidersPage", "Blue"),
-    QT_TRANSLATE_NOOP("SlidersPage", "L*"),    QT_TRANSLATE_NOOP("SlidersPage", "a*"),
-    QT_TRANSLATE_NOOP("SlidersPage", "b*"),
-};
-constexpr int ChannelCount = int(sizeof(ChannelNames) / sizeof(ChannelNames[0]));
-static_assert(ChannelCount == QZEColorSlider::Bstar + 1, "one label per slider mode");
 
 // A warm orange: the saturation, value and Lab strips all show clear gradients.
 const QZEColor InitialColor(20.0f, 0.9f, 0.75f);
@@ -51,27 +40,6 @@ float channelOf(const QZEColor& color, Mode mode)
         color.HSVtoLAB(color.h, color.s, color.v, channels[0], channels[1], channels[2]);
         return channels[mode - QZEColorSlider::Lstar];
     }
-}
-
-// The slider position whose getRealValue() is channel, kept on the strip.
-float positionOf(Mode mode, float channel)
-{
-    float position = channel;
-    switch (mode) {
-    case QZEColorSlider::Hue:
-        position = channel / 359.99f;
-        break;
-    case QZEColorSlider::Lstar:
-        position = channel / 100.0f;
-        break;
-    case QZEColorSlider::Astar:
-    case QZEColorSlider::Bstar:
-        position = channel / QZEColor::s_LabRange + 0.5f;
-        break;
-    default:
-        break;
-    }
-    return qBound(0.0f, position, 1.0f);
 }
 
 // Hue, saturation and value are written as they stand, so a grey keeps its
@@ -105,32 +73,6 @@ void applyChannel(QZEColor& color, const QZEColorSlider& slider)
     }
 }
 
-// The saturation and value strips run from one end colour to the other. The
-// Lab strips are painted around the max colour while getColor() completes
-// from the min colour, so both hold the current colour. The hue and primary
-// strips do not depend on the ends.
-void gradientEnds(const QZEColor& color, Mode mode, QZEColor& min, QZEColor& max)
-{
-    min = max = color;
-    if (mode == QZEColorSlider::Saturation) {
-        min.s = 0.0f;
-        max.s = 1.0f;
-    } else if (mode == QZEColorSlider::Value) {
-        min.v = 0.0f;
-        max.v = 1.0f;
-    }
-}
-
-QString number(float x)
-{
-    return QString::number(double(x), 'f', 3);
-}
-
-QString triple(float x, float y, float z)
-{
-    return QStringLiteral("%1, %2, %3").arg(number(x), number(y), number(z));
-}
-
 QString bytes(const QColor& color)
 {
     return QStringLiteral("%1, %2, %3   %4")
@@ -140,15 +82,10 @@ QString bytes(const QColor& color)
         .arg(color.name());
 }
 
-QLabel* numberLabel()
-{
-    auto* label = new QLabel;
-    label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
-}
-
 } // namespace
+
+using PageParts::numberLabel;
+using PageParts::triple;
 
 SlidersPage::SlidersPage(QWidget* parent) : QWidget(parent), _color(InitialColor)
 {
@@ -175,14 +112,14 @@ QWidget* SlidersPage::createChannels()
     auto* box = new QGroupBox(tr("Channels"));
     auto* grid = new QGridLayout(box);
     grid->setColumnStretch(1, 1);
-    for (int i = 0; i < ChannelCount; ++i) {
+    for (int i = 0; i < PageParts::ModeCount; ++i) {
         auto* slider = new QZEColorSlider;
         slider->setMode(Mode(i));
         slider->setMinimumHeight(zePlatform::getSmallIconSizeY() * 3 / 2);
         QLabel* readout = numberLabel();
         readout->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         readout->setMinimumWidth(readout->fontMetrics().horizontalAdvance(QStringLiteral("-000.000")));
-        grid->addWidget(new QLabel(tr(ChannelNames[i])), i, 0);
+        grid->addWidget(new QLabel(PageParts::modeName(i)), i, 0);
         grid->addWidget(slider, i, 1);
         grid->addWidget(readout, i, 2);
         connect(slider, qOverload<float>(&QZEColorSlider::valueChanged), this,
@@ -198,11 +135,8 @@ QWidget* SlidersPage::createColorView()
     auto* box = new QGroupBox(tr("Current colour"));
     auto* row = new QHBoxLayout(box);
 
-    _swatch = new QFrame;
-    _swatch->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-    _swatch->setAutoFillBackground(true);
-    _swatch->setMinimumSize(zePlatform::getMediumIconSizeX() * 4,
-                            zePlatform::getMediumIconSizeY() * 3);
+    _swatch = PageParts::swatchFrame(
+        QSize(zePlatform::getMediumIconSizeX() * 4, zePlatform::getMediumIconSizeY() * 3));
     row->addWidget(_swatch);
 
     auto* forms = new QFormLayout;
@@ -239,9 +173,7 @@ void SlidersPage::showColor(const QZEColorSlider* moved)
     for (int i = 0; i < _sliders.size(); ++i)
         showInSlider(i, moved);
 
-    QPalette palette = _swatch->palette();
-    palette.setColor(QPalette::Window, _color.getGammaQColor());
-    _swatch->setPalette(palette);
+    PageParts::showOnSwatch(_swatch, _color.getGammaQColor());
 
     const auto forms = colorForms();
     for (int i = 0; i < forms.size(); ++i)
@@ -253,14 +185,16 @@ void SlidersPage::showInSlider(int index, const QZEColorSlider* moved)
     QZEColorSlider* slider = _sliders[index];
     const Mode mode = slider->getMode();
     const QSignalBlocker blocker(slider);
+    // The Lab strips are painted around the max colour while getColor()
+    // completes from the min colour, so both hold the current colour.
     QZEColor min, max;
-    gradientEnds(_color, mode, min, max);
+    PageParts::gradientEnds(_color, mode, min, max);
     slider->setMinColor(min);
     slider->setMaxColor(max);
     // The moved slider stays under the mouse: a round trip through the colour
     // (a grey's hue, an out-of-gamut Lab colour) could move it elsewhere.
     if (slider != moved)
-        slider->setValue(positionOf(mode, channelOf(_color, mode)), false);
+        slider->setValue(PageParts::sliderPosition(mode, channelOf(_color, mode)), false);
     _readouts[index]->setText(slider->getValueAsString());
 }
 

@@ -1,5 +1,6 @@
 #include "SpectrumPage.h"
 
+#include "PageParts.h"
 #include "QZEAnalyticSpectrum.h"
 #include "QZESpectrumPlot.h"
 #include "zePlatform.h"
@@ -44,11 +45,6 @@ double fittingMaximum(float largest)
     return std::ceil(double(largest) * 1.2 * 10.0) / 10.0;
 }
 
-QString number(float x)
-{
-    return QString::number(double(x), 'f', 3);
-}
-
 QPushButton* button(const QString& text)
 {
     auto* pushButton = new QPushButton(text);
@@ -57,6 +53,8 @@ QPushButton* button(const QString& text)
 }
 
 } // namespace
+
+using PageParts::number;
 
 SpectrumPage::SpectrumPage(QWidget* parent)
     : QWidget(parent), _spectrum(osg::Spectrum::create()), _smitsColor(InitialSmitsColor),
@@ -162,10 +160,8 @@ QWidget* SpectrumPage::createColorBox()
 {
     auto* box = new QGroupBox(tr("Colour of the spectrum"));
     auto* column = new QVBoxLayout(box);
-    _swatch = new QFrame;
-    _swatch->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-    _swatch->setAutoFillBackground(true);
-    _swatch->setMinimumSize(zePlatform::getMediumIconSizeX() * 4, zePlatform::getMediumIconSizeY() * 2);
+    _swatch = PageParts::swatchFrame(
+        QSize(zePlatform::getMediumIconSizeX() * 4, zePlatform::getMediumIconSizeY() * 2));
     column->addWidget(_swatch);
     _rgb = new QLabel;
     _rgb->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -318,9 +314,7 @@ void SpectrumPage::showSpectrumColor()
     const float scale = peak > 1.0f ? 1.0f / peak : 1.0f;
     QZEColor shown;
     shown.setRGB(rgb.r * scale, rgb.g * scale, rgb.b * scale);
-    QPalette palette = _swatch->palette();
-    palette.setColor(QPalette::Window, shown.getGammaQColor());
-    _swatch->setPalette(palette);
+    PageParts::showOnSwatch(_swatch, shown.getGammaQColor());
     _rgb->setText(tr("Linear RGB: %1, %2, %3").arg(number(rgb.r), number(rgb.g), number(rgb.b)));
 }
 
