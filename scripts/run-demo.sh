@@ -7,7 +7,7 @@ set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 cd "$root"
 
-scripts/setup-deps.sh
+bash scripts/setup-deps.sh
 cmake --preset default
 cmake --build --preset default --target ColorLab
 
