@@ -354,6 +354,7 @@ private slots:
     void paintingAboveTopBorderStoresMaxValue();
     void paintingBelowXAxisStoresZero();
     void draggingNonUniformDotPastRightNeighbourStopsOneNanometreBefore();
+    void draggingBesideAFarOffNeighbourFollowsThePointer();
     void narrowPlotDropsBarOutlinesFromFirstNarrowBar_data();
     void narrowPlotDropsBarOutlinesFromFirstNarrowBar();
     void outlineSwitchesOffAtFirstNarrowBarAndStaysOff();
@@ -518,6 +519,20 @@ void tst_QZESpectrumPlot::draggingNonUniformDotPastRightNeighbourStopsOneNanomet
     // (int)(500.6 - 1.0) = 499.
     QCOMPARE(rig.plot.getSpectrum()->getWavelengths()[2], 499.0f);
     QCOMPARE(rig.plot.getSpectrum()->getWavelengths()[3], 500.6f);
+}
+
+// A corrupt spectrum whose next sample lies far beyond any int wavelength
+// still lets its neighbour follow the pointer.
+void tst_QZESpectrumPlot::draggingBesideAFarOffNeighbourFollowsThePointer()
+{
+    const osg::SpectrumPtr spectrum = makeNonUniform({400.0f, 500.0f, 1e20f}, constant(3, 0.5f));
+    QZESpectrumPlot plot(spectrum, 1.0f);
+    plot.update(600, 300);
+    const Frame f{AtScale1, 600, 300, 1.0};
+
+    plot.editSampleEvent(1, float(f.x(500.0)), float(f.x(574.0)), float(f.y(0.5)));
+
+    QCOMPARE(spectrum->getWavelengths()[1], 574.0f);
 }
 
 void tst_QZESpectrumPlot::narrowPlotDropsBarOutlinesFromFirstNarrowBar_data()

@@ -78,6 +78,17 @@ QPen guidePen()
     return QPen(GuideColour, 1, Qt::DotLine, Qt::RoundCap, Qt::RoundJoin);
 }
 
+// A neighbour's limit as a whole wavelength, truncated toward zero. A corrupt
+// spectrum can hold a neighbour beyond the int range or not a number; such a
+// limit is held within +-1e9 nm (no pointer position reaches it), and NaN
+// leaves the plot's own end as the limit.
+int neighbourLimit(double limit, int fallback)
+{
+    if (std::isnan(limit))
+        return fallback;
+    return int(std::clamp(limit, -1.0e9, 1.0e9));
+}
+
 } // namespace
 
 QZESpectrumPlot::QZESpectrumPlot(osg::SpectrumPtr spectrum, float maxValue)
@@ -429,8 +440,8 @@ void QZESpectrumPlot::moveWavelength(int index, float x)
 {
     std::vector<float>& w = _spectrum->editWavelengths();
     const int last = sourceCount() - 1;
-    const int lower = index == 0 ? int(FirstWavelength) : int(double(w[size_t(index) - 1]) + 1.0);
-    const int upper = index == last ? int(LastWavelength) : int(double(w[size_t(index) + 1]) - 1.0);
+    const int lower = index == 0 ? int(FirstWavelength) : neighbourLimit(double(w[size_t(index) - 1]) + 1.0, int(FirstWavelength));
+    const int upper = index == last ? int(LastWavelength) : neighbourLimit(double(w[size_t(index) + 1]) - 1.0, int(LastWavelength));
     const double wanted = getWavelengthFromX(x, WavelengthRange, FirstWavelength);
     // Bounded before truncating, so that no pointer position overflows the int.
     const double bounded = std::max(double(lower), std::min(wanted, double(upper)));
