@@ -87,12 +87,19 @@ bool QZESpectrum::copy(const QZESpectrum& other)
 void QZESpectrum::resetToOne()
 {
     fillUniform(ResetValue, ResetStart, ResetDelta, ResetNum);
+    storeSampling(1, ResetStart, ResetDelta, ResetNum);
+}
+
+// Marks the source as in use with the sampling given, storing flag and count
+// without the reset rule.
+void QZESpectrum::storeSampling(int versionID, int start, int delta, int num)
+{
     _useSpectrum = true;
-    _versionID = 1;
+    _versionID = versionID;
     _filename.clear();
-    _startWavelength = ResetStart;
-    _deltaWavelength = ResetDelta;
-    _numSamples = ResetNum;
+    _startWavelength = start;
+    _deltaWavelength = delta;
+    _numSamples = num;
 }
 
 void QZESpectrum::setUseSpectrum(bool on)
@@ -142,19 +149,10 @@ void QZESpectrum::setOne()
 
 bool QZESpectrum::load(int start, int delta, int num, const float* values)
 {
-    _wavelengths.clear();
-    _sourceValues.clear();
-    for (int i = 0; i < num; ++i) {
-        _wavelengths.push_back(gridWavelength(start, delta, i));
-        _sourceValues.push_back(values[i]);
-    }
+    fillUniform(0.0f, start, delta, num);
+    std::copy(values, values + std::max(num, 0), _sourceValues.begin());
     resample();
-    _useSpectrum = true;
-    _versionID = 1;
-    _filename.clear();
-    _startWavelength = start;
-    _deltaWavelength = delta;
-    _numSamples = num;
+    storeSampling(1, start, delta, num);
     return true;
 }
 
@@ -172,12 +170,7 @@ bool QZESpectrum::load(int num, const float* wavelengths, const float* values)
         }
     }
     resample();
-    _useSpectrum = true;
-    _versionID = 2;
-    _filename.clear();
-    _startWavelength = 0;
-    _deltaWavelength = 0;
-    _numSamples = num;
+    storeSampling(2, 0, 0, num);
     return true;
 }
 
@@ -487,11 +480,7 @@ void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int nu
     }
     resample();
     setUseSpectrum(true);
-    _filename.clear();
-    _versionID = 1;
-    _startWavelength = start;
-    _deltaWavelength = delta;
-    _numSamples = num;
+    storeSampling(1, start, delta, num);
 }
 
 // --- Analytic spectra --------------------------------------------------------
@@ -524,11 +513,7 @@ bool QZESpectrum::addAnalyticFunction(int function, float peakWavelength, float 
     if (onGrid) {
         _wavelengths.swap(wavelengths);
         _sourceValues.swap(values);
-        _versionID = 1;
-        _filename.clear();
-        _startWavelength = start;
-        _deltaWavelength = delta;
-        _numSamples = num;
+        storeSampling(1, start, delta, num);
     } else {
         for (size_t i = 0; i < values.size(); ++i)
             _sourceValues[i] += values[i];

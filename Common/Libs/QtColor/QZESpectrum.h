@@ -160,6 +160,7 @@ private:
 
     void fillUniform(float value, int start, int delta, int num);
     void resetToOne();
+    void storeSampling(int versionID, int start, int delta, int num);
     size_t sourceCount() const;
     void addAligned(QZESpectrum& other);
     void mergeDisjoint(const QZESpectrum& other);
