@@ -391,7 +391,7 @@ void QZEColorSlider::drawDisabledText(QPainter& painter)
     if (size == 0)
         return;
     fitted.setPixelSize(size);
-    const int room = width() - 4 - left;
+    const int room = width() - 3 - left; // columns left to W - 4
     if (room <= 0)
         return;
     const QString shown = QFontMetrics(fitted, this).elidedText(text, Qt::ElideRight, room);
