@@ -225,6 +225,27 @@ QProcessEnvironment withoutDisplay()
     return environment;
 }
 
+QProcessEnvironment withoutDisplayBut(const QString& name, const QString& value)
+{
+    QProcessEnvironment environment = withoutDisplay();
+    environment.insert(name, value);
+    return environment;
+}
+
+// A start that stopped by itself with the status of a usage error and a
+// message line of its own (after any warnings of the toolkit), without the
+// toolkit's abort and its advice to reinstall.
+void verifyRefusedToStart(const Run& run)
+{
+    QVERIFY(run.finished);
+    QCOMPARE(run.status, QProcess::NormalExit);
+    QVERIFY2(run.exitCode == 2, qPrintable(run.err));
+    const QRegularExpression ownLine(QStringLiteral("^ColorLab: \\S"), QRegularExpression::MultilineOption);
+    QVERIFY2(run.err.contains(ownLine), qPrintable(run.err));
+    QVERIFY2(!run.err.contains(QStringLiteral("Reinstalling")), qPrintable(run.err));
+    QVERIFY(run.out.isEmpty());
+}
+
 QProcessEnvironment offscreen()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -269,6 +290,14 @@ private slots:
     void screenshotOptionWritesEveryPageAtTheWindowSize_data();
     void screenshotOptionWritesEveryPageAtTheWindowSize();
     void screenshotIntoAnUncreatableDirectoryFailsWithAMessage();
+    void startWithoutADisplayPointsToTheScreenshotOption();
+    void displayThatCannotBeOpenedPointsToTheScreenshotOption_data();
+    void displayThatCannotBeOpenedPointsToTheScreenshotOption();
+    void unknownOptionIsReportedBeforeAnyWindow_data();
+    void unknownOptionIsReportedBeforeAnyWindow();
+    void helpAndVersionNeedNoDisplay_data();
+    void helpAndVersionNeedNoDisplay();
+    void toolkitOptionsStillReachTheToolkit();
     void writerNamesOneFilePerPageAfterThePage();
     void writerReportsAnUncreatableDirectory();
     void writerStopsAtAFileItCannotWrite();
@@ -353,6 +382,91 @@ void tst_ColorLab::screenshotIntoAnUncreatableDirectoryFailsWithAMessage()
     QVERIFY2(run.err.contains(QStringLiteral("ColorLab: ")), qPrintable(run.err));
     QVERIFY2(run.err.contains(QDir::toNativeSeparators(directory)), qPrintable(run.err));
     QVERIFY(nonEmptyLines(run.out).isEmpty());
+}
+
+void tst_ColorLab::startWithoutADisplayPointsToTheScreenshotOption()
+{
+    const Run run = runColorLab({}, withoutDisplay());
+
+    QZE_CHECK(verifyRefusedToStart(run));
+    QVERIFY2(run.err.contains(QStringLiteral("DISPLAY")), qPrintable(run.err));
+    QVERIFY2(run.err.contains(QStringLiteral("--screenshot DIR")), qPrintable(run.err));
+}
+
+void tst_ColorLab::displayThatCannotBeOpenedPointsToTheScreenshotOption_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("X display not running") << QStringLiteral("DISPLAY") << QStringLiteral(":4711");
+    QTest::newRow("unknown platform") << QStringLiteral("QT_QPA_PLATFORM") << QStringLiteral("no-such-platform");
+}
+
+void tst_ColorLab::displayThatCannotBeOpenedPointsToTheScreenshotOption()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+
+    const Run run = runColorLab({}, withoutDisplayBut(variable, value));
+
+    QZE_CHECK(verifyRefusedToStart(run));
+    QVERIFY2(run.err.contains(QStringLiteral("--screenshot DIR")), qPrintable(run.err));
+}
+
+void tst_ColorLab::unknownOptionIsReportedBeforeAnyWindow_data()
+{
+    QTest::addColumn<bool>("display");
+    QTest::newRow("offscreen platform chosen") << true;
+    QTest::newRow("no platform and no display") << false;
+}
+
+void tst_ColorLab::unknownOptionIsReportedBeforeAnyWindow()
+{
+    QFETCH(bool, display);
+
+    const Run run = runColorLab({QStringLiteral("--bogus")}, display ? offscreen() : withoutDisplay());
+
+    QZE_CHECK(verifyRefusedToStart(run));
+    QVERIFY2(run.err.contains(QStringLiteral("'bogus'")), qPrintable(run.err));
+    QVERIFY2(run.err.contains(QStringLiteral("ColorLab --help")), qPrintable(run.err));
+}
+
+void tst_ColorLab::helpAndVersionNeedNoDisplay_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("help") << QStringLiteral("--help") << QStringLiteral("\\s--screenshot <DIR>\\s");
+    QTest::newRow("version") << QStringLiteral("--version") << QStringLiteral("^ColorLab \\d+\\.\\d+\\.\\d+\n$");
+}
+
+void tst_ColorLab::helpAndVersionNeedNoDisplay()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, expected);
+
+    const Run run = runColorLab({option}, withoutDisplay());
+
+    QVERIFY(run.finished);
+    QCOMPARE(run.status, QProcess::NormalExit);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QVERIFY2(run.out.contains(QRegularExpression(expected)), qPrintable(run.out));
+}
+
+// The toolkit takes its own options (here -platform) out of the arguments;
+// they are not reported as unknown, and choose the platform.
+void tst_ColorLab::toolkitOptionsStillReachTheToolkit()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString directory = tmp.filePath(QStringLiteral("shots"));
+
+    const Run run = runColorLab({QStringLiteral("-platform"), QStringLiteral("offscreen"),
+                                 QStringLiteral("--screenshot"), directory},
+                                withoutDisplay());
+
+    QVERIFY(run.finished);
+    QCOMPARE(run.status, QProcess::NormalExit);
+    QVERIFY2(run.exitCode == 0, qPrintable(run.err));
+    QCOMPARE(nonEmptyLines(run.out), shotsOfEveryPage(directory));
 }
 
 void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()

@@ -222,8 +222,8 @@ void outline(QPainter& painter, const QColor& colour, int x1, int y1, int x2, in
                 painter.drawPoint(x, y);
 }
 
-// The slider painted the plain way: one line per column, bevel, text, handle.
-QImage referenceImage(const StripLook& look)
+// The strip painted the plain way: background, one line per column, bevel.
+QImage referenceStrip(const StripLook& look)
 {
     const int w = look.width;
     const int h = look.height;
@@ -244,6 +244,15 @@ QImage referenceImage(const StripLook& look)
     outline(painter, LightColour, 1, 1, w - 3, h - 3);
     outline(painter, MidlightColour, 2, 2, w - 2, h - 2);
     outline(painter, ShadowColour, 1, 1, w - 2, h - 2);
+    return image;
+}
+
+// The text and the handle painted over the strip, the plain way.
+void paintTextAndHandle(QImage& image, const StripLook& look)
+{
+    const int w = look.width;
+    const int h = look.height;
+    QPainter painter(&image);
     if (!look.text.isEmpty()) {
         painter.setPen(DisabledTextColour);
         painter.setFont(look.font);
@@ -253,7 +262,69 @@ QImage referenceImage(const StripLook& look)
     outline(painter, MidlightColour, c - 2, 0, c + 1, h - 2);
     outline(painter, HighlightColour, c - 1, 1, c + 2, h - 1);
     outline(painter, ShadowColour, c - 2, 0, c + 2, h - 1);
+}
+
+// The slider painted the plain way: one line per column, bevel, text, handle.
+QImage referenceImage(const StripLook& look)
+{
+    QImage image = referenceStrip(look);
+    paintTextAndHandle(image, look);
     return image;
+}
+
+// How a disabled slider drew its explanation: the pixel size and the text,
+// whole or cut short with an ellipsis. Size 0: no such drawing matches.
+struct DrawnText
+{
+    int pixelSize = 0;
+    QString text;
+};
+
+// Finds the pixel size and the beginning of text (whole, or some first
+// characters and an ellipsis) with which the plain-way reference, text drawn
+// unclipped, equals the image pixel for pixel.
+DrawnText findDrawnText(const QImage& image, StripLook look, const QString& text)
+{
+    QStringList candidates{text};
+    for (int k = text.size() - 1; k >= 0; --k)
+        candidates << text.left(k) + QChar(0x2026);
+    const QImage strip = referenceStrip(look);
+    for (int size = 40; size >= 1; --size) {
+        look.font.setPixelSize(size);
+        for (const QString& candidate : qAsConst(candidates)) {
+            look.text = candidate;
+            QImage expected = strip;
+            paintTextAndHandle(expected, look);
+            if (imageDifference(image, expected).isEmpty())
+                return {size, candidate};
+        }
+    }
+    return {};
+}
+
+QRect differingArea(const QImage& image, const QImage& reference);
+
+// The rows, as a box, that the whole text drawn at pixelSize covers on a
+// strip wide enough for it.
+QRect textRowsAt(StripLook look, const QString& text, int pixelSize)
+{
+    look.width = 4 * StripWidth;
+    look.value = 0.0f;
+    const QImage withoutText = referenceImage(look);
+    look.font.setPixelSize(pixelSize);
+    look.text = text;
+    return differingArea(referenceImage(look), withoutText);
+}
+
+// The pixels where the image differs from the reference, as their bounding box.
+QRect differingArea(const QImage& image, const QImage& reference)
+{
+    QRect area;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != reference.pixel(x, y))
+                area |= QRect(x, y, 1, 1);
+    return area;
 }
 
 StripLook lookOf(const QZEColorSlider& slider)
@@ -575,6 +646,9 @@ private slots:
     void disabledSliderPaintsGreyRampWithoutText();
     void disabledTextNamesTheReason_data();
     void disabledTextNamesTheReason();
+    void disabledTextFitsTheStrip_data();
+    void disabledTextFitsTheStrip();
+    void disabledTextIsLeftOutWhereItCannotBeRead();
     void photometricTextTakesPrecedence();
     void saturationStripFollowsGammaSwitch_data();
     void saturationStripFollowsGammaSwitch();
@@ -1704,35 +1778,83 @@ void tst_QZEColorSlider::disabledTextNamesTheReason_data()
     QTest::newRow("spectrum") << false << SpectralText;
 }
 
+// Wide enough for the whole text at the widget's font.
 void tst_QZEColorSlider::disabledTextNamesTheReason()
 {
     QFETCH(bool, photometric);
     QFETCH(QString, text);
     QZEColorSlider slider;
-    slider.resize(StripWidth, StripHeight);
+    slider.resize(3 * StripWidth, StripHeight);
     if (photometric)
         slider.setPhotometricParameters(true);
     else
         slider.setUseSpectrum(true);
+
     const QImage image = rendered(slider);
-    StripLook look = lookOf(slider);
-    const QImage withoutText = referenceImage(look);
 
-    const QRect textArea(QPoint(5, 3), QPoint(StripWidth - 4, StripHeight - 4));
-    bool differs = false;
-    bool textColoured = false;
-    for (int y = textArea.top(); y <= textArea.bottom(); ++y)
-        for (int x = textArea.left(); x <= textArea.right(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            differs |= image.pixel(x, y) != withoutText.pixel(x, y);
-            textColoured |= qAbs(pixel.red() - 192) <= 4 && qAbs(pixel.green() - 192) <= 4
-                            && qAbs(pixel.blue() - 192) <= 4;
-        }
-    QVERIFY(differs);
-    QVERIFY(textColoured);
+    const DrawnText drawn = findDrawnText(image, lookOf(slider), text);
+    QVERIFY(drawn.pixelSize > 0);
+    QCOMPARE(drawn.text, text);
+}
 
-    look.text = text;
-    const QString difference = imageDifference(image, referenceImage(look));
+void tst_QZEColorSlider::disabledTextFitsTheStrip_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::addColumn<bool>("elided");
+
+    QTest::newRow("default height, wide") << 3 * StripWidth << 16 << false;
+    QTest::newRow("default height, narrow") << 90 << 16 << true;
+    QTest::newRow("tall, wide") << 3 * StripWidth << 60 << false;
+    QTest::newRow("tall, narrow") << 90 << 60 << true;
+    QTest::newRow("room for a few letters") << 48 << 24 << true;
+}
+
+// The text's pixels keep to the strip the columns and bevel cover (columns 1
+// to W - 3, rows 2 to H - 2); they are whole glyphs (the image is the text
+// drawn unclipped), cut short with an ellipsis where the width needs it. The
+// size is the widget's own or, where that does not fit, the largest whose
+// glyphs keep below the bevel's top edge (row 3) and above row H - 1.
+void tst_QZEColorSlider::disabledTextFitsTheStrip()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(bool, elided);
+    QZEColorSlider slider;
+    slider.resize(width, height);
+    slider.setValue(0.0f, false); // the handle at the left end, clear of the text
+    slider.setUseSpectrum(true);
+
+    const QImage image = rendered(slider);
+
+    const QRect textArea = differingArea(image, referenceImage(lookOf(slider)));
+    QVERIFY(!textArea.isEmpty());
+    const QRect strip(QPoint(1, 2), QPoint(width - 3, height - 2));
+    QVERIFY2(strip.contains(textArea),
+             qPrintable(QStringLiteral("text at (%1, %2)-(%3, %4)")
+                            .arg(textArea.left()).arg(textArea.top())
+                            .arg(textArea.right()).arg(textArea.bottom())));
+    const DrawnText drawn = findDrawnText(image, lookOf(slider), SpectralText);
+    QVERIFY(drawn.pixelSize > 0);
+    QCOMPARE(drawn.text != SpectralText, elided);
+    const int own = QFontInfo(slider.font()).pixelSize();
+    QVERIFY(drawn.pixelSize <= own);
+    if (drawn.pixelSize < own) {
+        const QRect larger = textRowsAt(lookOf(slider), SpectralText, drawn.pixelSize + 1);
+        QVERIFY2(larger.top() < 3 || larger.bottom() > height - 2,
+                 qPrintable(QStringLiteral("%1 pixels would fit as well").arg(drawn.pixelSize + 1)));
+    }
+}
+
+void tst_QZEColorSlider::disabledTextIsLeftOutWhereItCannotBeRead()
+{
+    QZEColorSlider slider;
+    slider.resize(StripWidth, 8);
+    slider.setPhotometricParameters(true);
+
+    const QImage image = rendered(slider);
+
+    const QString difference = imageDifference(image, referenceImage(lookOf(slider)));
     QVERIFY2(difference.isEmpty(), qPrintable(difference));
 }
 

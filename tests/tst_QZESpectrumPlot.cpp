@@ -14,6 +14,7 @@
 #include <QGraphicsPixmapItem>
 #include <QGraphicsRectItem>
 #include <QGraphicsTextItem>
+#include <QApplication>
 #include <QGraphicsView>
 #include <QSignalSpy>
 #include <QtTest>
@@ -287,6 +288,35 @@ bool guidesHidden(const QZESpectrumPlot& plot)
            && !plot.getWavelengthText()->isVisible() && !plot.getValueText()->isVisible();
 }
 
+// Relative luminance of an 8-bit sRGB colour, as the WCAG contrast rules
+// define it.
+double relativeLuminance(QRgb pixel)
+{
+    const auto linear = [](int byte) {
+        const double c = byte / 255.0;
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(qRed(pixel)) + 0.7152 * linear(qGreen(pixel))
+           + 0.0722 * linear(qBlue(pixel));
+}
+
+// The contrast ratio, from 1 (the same) to 21 (black on white), that the
+// pixel of the area standing out most has against the background.
+double strongestContrast(const QImage& image, const QRect& area, QRgb background)
+{
+    const double b = relativeLuminance(background);
+    double strongest = 1.0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const double p = relativeLuminance(image.pixel(x, y));
+            strongest = std::max(strongest, (std::max(p, b) + 0.05) / (std::min(p, b) + 0.05));
+        }
+    return strongest;
+}
+
+// Enough contrast for graphics and large text to be seen (WCAG 2, 3:1).
+constexpr double Visible = 3.0;
+
 osg::ChangeList& changes()
 {
     return *osg::PThreadBase::getThreadChangeList();
@@ -403,6 +433,11 @@ private slots:
     void guidesAreDottedAndEmptyAfterUpdate();
     void itemsStackAsAxesBarsCurveDotsGuides();
     void rebuildReplacesEveryItem();
+
+    // Background
+    void defaultViewShowsCurveAxesAndLabelsAgainstTheBackground_data();
+    void defaultViewShowsCurveAxesAndLabelsAgainstTheBackground();
+    void hostBackgroundBrushOutlivesRebuilds();
 
     // Refresh, painting and dragging called directly
     void setMaxValueOnlyStoresUntilNextUpdate();
@@ -1198,6 +1233,65 @@ void tst_QZESpectrumPlot::rebuildReplacesEveryItem()
     QCOMPARE(plot.getSamples().size(), size_t(81));
     QCOMPARE(plot.getLabels().size(), size_t(14));
     QVERIFY(!plot.getPixmapItem()); // the constructor's item went with the first rebuild
+}
+
+// --- Background ---------------------------------------------------------------
+
+void tst_QZESpectrumPlot::defaultViewShowsCurveAxesAndLabelsAgainstTheBackground_data()
+{
+    QTest::addColumn<QColor>("textColour");
+    QTest::newRow("light palette, black text") << QColor(Qt::black);
+    QTest::newRow("dark palette, white text") << QColor(Qt::white);
+}
+
+// Samples every 50 nm at 0.5, the bars held down at 0.1: between two dots the
+// curve runs over the bare background. The labels take the palette's text
+// colour.
+void tst_QZESpectrumPlot::defaultViewShowsCurveAxesAndLabelsAgainstTheBackground()
+{
+    QFETCH(QColor, textColour);
+    const QPalette previous = QApplication::palette();
+    QPalette palette = previous;
+    palette.setColor(QPalette::Text, textColour);
+    QApplication::setPalette(palette);
+    const auto restore = qScopeGuard([&previous] { QApplication::setPalette(previous); });
+    const Frame f{AtScale1, 500.0, 300.0, 1.0};
+    osg::SpectrumPtr spectrum = makeUniform(380, 50, constant(9, 0.5f));
+    spectrum->editSamples() = constant(40, 0.1f);
+    ViewRig rig(spectrum, 1.0f, 500, 300);
+    QVERIFY(rig.show());
+    QVERIFY(rig.view.backgroundBrush().style() == Qt::NoBrush);
+
+    const QImage image = rig.view.grab().toImage();
+
+    const QRgb background = image.pixel(int(f.x(600.0)), f.g.upper + 3);
+    const double curveY = f.y(0.5);
+    const QRect curve(int(f.x(405.0)), int(curveY) - 2, 1, 5);
+    QVERIFY2(strongestContrast(image, curve, background) >= Visible, "curve");
+    const QRect yAxis(f.g.left, f.g.upper + 20, 1, 20);
+    QVERIFY2(strongestContrast(image, yAxis, background) >= Visible, "y axis");
+    // The bars cover the x axis up to 780 nm; it reaches 5 pixels further.
+    const QRect xAxis(int(f.x(780.0)) + 2, int(f.axisY()) - 1, 3, 3);
+    QVERIFY2(strongestContrast(image, xAxis, background) >= Visible, "x axis");
+    QVERIFY(!rig.plot.getLabels().empty());
+    for (const QGraphicsTextItem* label : rig.plot.getLabels()) {
+        const QRect area = label->sceneBoundingRect().toAlignedRect() & image.rect();
+        QVERIFY2(strongestContrast(image, area, background) >= Visible,
+                 qPrintable(label->toPlainText()));
+    }
+}
+
+void tst_QZESpectrumPlot::hostBackgroundBrushOutlivesRebuilds()
+{
+    const QColor hostColour(20, 60, 140);
+    ViewRig rig(makeUniform(380, 5, constant(81, 0.5f)), 1.0f, 500, 300);
+
+    rig.plot.setBackgroundBrush(hostColour);
+    rig.plot.update(500.0f, 300.0f);
+    QVERIFY(rig.show());
+
+    QCOMPARE(rig.plot.backgroundBrush(), QBrush(hostColour));
+    QCOMPARE(QColor(rig.view.grab().toImage().pixel(250, 13)), hostColour);
 }
 
 // --- Refresh, painting and dragging called directly ---------------------------

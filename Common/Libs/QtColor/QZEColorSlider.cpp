@@ -2,6 +2,7 @@
 
 #include "zePlatform.h"
 
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -31,6 +32,31 @@ void drawOutline(QPainter& painter, const QColor& color, int x1, int y1, int x2,
 QColor paletteColor(QPalette::ColorRole role)
 {
     return QGuiApplication::palette().color(role);
+}
+
+// Below this the explanation could not be read; it is left out instead.
+constexpr int SmallestTextPixels = 6;
+
+int pixelSizeOf(const QFont& font, const QPaintDevice* device)
+{
+    if (font.pixelSize() > 0)
+        return font.pixelSize();
+    return int(font.pointSizeF() * device->logicalDpiY() / 72.0);
+}
+
+// The largest pixel size, up to the font's own, at which the glyphs of text
+// drawn on the baseline keep to the rows top to bottom; 0 when not even the
+// smallest readable size does.
+int pixelSizeFittingRows(QFont font, const QString& text, int baseline, int top, int bottom,
+                         const QPaintDevice* device)
+{
+    for (int size = pixelSizeOf(font, device); size >= SmallestTextPixels; --size) {
+        font.setPixelSize(size);
+        const QRect ink = QFontMetrics(font, device).tightBoundingRect(text);
+        if (baseline + ink.top() >= top && baseline + ink.bottom() <= bottom)
+            return size;
+    }
+    return 0;
 }
 
 } // namespace
@@ -339,17 +365,43 @@ void QZEColorSlider::drawBevel(QPainter& painter) const
     drawOutline(painter, paletteColor(QPalette::Shadow), 1, 1, w - 2, h - 2);
 }
 
+QString QZEColorSlider::disabledText() const
+{
+    if (_photometricParameters)
+        return tr("Disabled, using photometric mode.");
+    if (_useSpectrum)
+        return tr("Disabled, using spectral data.");
+    return QString();
+}
+
+// The text starts at (5, H - 4) on its baseline. It is drawn in the widget's
+// font, made smaller until its glyphs keep below the bevel's top edge (row 3
+// on) and within the strip's last row (H - 2), and cut short with an ellipsis
+// where it would run into the strip's light edge (column W - 3). A glyph's
+// ink ends within its advance, which the ellipsis bounds.
 void QZEColorSlider::drawDisabledText(QPainter& painter)
 {
-    QString text;
-    if (_photometricParameters)
-        text = tr("Disabled, using photometric mode.");
-    else if (_useSpectrum)
-        text = tr("Disabled, using spectral data.");
+    const QString text = disabledText();
     if (text.isEmpty())
         return;
+    const int left = 5;
+    const int baseline = height() - 4;
+    QFont fitted = font();
+    const int size = pixelSizeFittingRows(fitted, text, baseline, 3, height() - 2, this);
+    if (size == 0)
+        return;
+    fitted.setPixelSize(size);
+    const int room = width() - 3 - left; // columns left to W - 4
+    if (room <= 0)
+        return;
+    const QString shown = QFontMetrics(fitted, this).elidedText(text, Qt::ElideRight, room);
+    if (shown.isEmpty())
+        return;
+    painter.save();
+    painter.setFont(fitted);
     painter.setPen(QColor(192, 192, 192));
-    painter.drawText(QPointF(5.0, height() - 4), text);
+    painter.drawText(QPointF(left, baseline), shown);
+    painter.restore();
 }
 
 int QZEColorSlider::handleCentre() const

@@ -16,7 +16,9 @@ class QPainter;
 // the end-colour slots; mouse gestures emit the value, colour and string
 // signals, right away with tracking on or once on release with tracking off.
 // While the caller fixes the colour by other means (photometric mode, spectral
-// data) the slider disables itself and paints a grey ramp with an explanation.
+// data) the slider disables itself and paints a grey ramp with an explanation,
+// in the widget's font made small enough for the strip's height and cut short
+// with an ellipsis where the strip is too narrow for it.
 class QZEColorSlider : public QWidget
 {
     Q_OBJECT
@@ -95,6 +97,7 @@ private:
     void drawColumns(QPainter& painter, bool enabled);
     void drawBevel(QPainter& painter) const;
     void drawHandle(QPainter& painter) const;
+    QString disabledText() const;
     void drawDisabledText(QPainter& painter);
 
     Mode _mode = Hue;

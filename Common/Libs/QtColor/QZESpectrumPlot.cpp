@@ -40,6 +40,10 @@ const QColor QZESpectrumPlot::s_spectral_colours[QZESpectrumPlot::NumBands] = {
 namespace {
 
 const QColor GuideColour(255, 240, 100);
+// The grey at which black and white both stand out (each about 4.5:1 in
+// relative luminance): the white curve and dots, the black axes and the
+// labels in a light or a dark palette all read on it.
+const QColor BackgroundColour(118, 118, 118);
 const QColor CurveColour(255, 255, 255);
 const QColor BarOutlineColour(128, 128, 128);
 constexpr int BandWidth = 10;
@@ -95,6 +99,9 @@ QZESpectrumPlot::QZESpectrumPlot(osg::SpectrumPtr spectrum, float maxValue)
     : QGraphicsScene(nullptr), _spectrum(std::move(spectrum)), _maxValue(maxValue)
 {
     setBordersFromDpiScale();
+    // Only the constructor sets it, so a brush the host sets stays; a view's
+    // own background brush paints over it as usual.
+    setBackgroundBrush(BackgroundColour);
     _pixmapItem = addPixmap(QPixmap());
 }
 

@@ -27,6 +27,10 @@ class QZESpectrumSample;
 // its neighbours). At the end of either gesture the plot records the change
 // of the source values in the scene graph and emits update(), after which the
 // owner rebuilds the plot with update(width, height).
+//
+// The scene starts with a dark grey background brush, so that the white curve
+// and the black axes show in any view; a host that wants another background
+// sets its own brush on the scene or on the view.
 class QZESpectrumPlot : public QGraphicsScene
 {
     Q_OBJECT
