@@ -67,11 +67,15 @@ private:
     int parseGrid(const QString& text, Grid& grid);
     int parseChannel(const QString& text, float& channel);
     int loadSpectrum(const QString& name, QZESpectrum& spectrum);
+    static QString stoppedAt(const QString& name, const QByteArray& bytes, qint64 offset);
     int saveSpectrum(QZESpectrum& spectrum, const QString& name);
+    QStringList numbersAsPositional(const QStringList& arguments) const;
+    bool takesValue(const QString& argument) const;
     int checkOutputName(const QString& name);
     void printInfo(const QZESpectrum& spectrum);
     void printField(const char* key, const QString& value);
 
+    void warn(const QString& message);
     int usageError(const QString& message);
     int fileError(const QString& message, const QStringList& details = QStringList());
 
@@ -80,6 +84,7 @@ private:
     QCommandLineOption _versionOption;
     QCommandLineOption _gridOption;
     QCommandLineOption _outputOption;
+    QCommandLineOption _allowPartialOption;
     QTextStream _out;
     QTextStream _err;
 };
