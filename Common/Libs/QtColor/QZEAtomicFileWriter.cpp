@@ -6,19 +6,30 @@ QZEAtomicFileWriter::QZEAtomicFileWriter(const QString& name) : _file(name)
     _file.setDirectWriteFallback(false);
 }
 
+// Unbuffered, so that every write reaches the system at once and a refusal
+// is seen where it happens.
 bool QZEAtomicFileWriter::open()
 {
-    return _file.open(QIODevice::WriteOnly);
+    return _file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
 }
 
+// A short write (the disk filled up midway) is followed by another for the
+// rest, which then fails with the system's reason.
 bool QZEAtomicFileWriter::write(const QByteArray& bytes)
 {
-    return _file.write(bytes) == qint64(bytes.size());
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 count = _file.write(bytes.constData() + written, bytes.size() - written);
+        if (count <= 0)
+            return false;
+        written += count;
+    }
+    return true;
 }
 
-// A small file sits whole in the device's buffer, and commit() would rename
-// it even when its only real write, the flush, failed: that flush is checked
-// here first. The temporary file goes when the writer does.
+// commit() would rename the file even when a buffered last write failed in
+// its flush, so the flush is checked here first. The temporary file goes when
+// the writer does.
 bool QZEAtomicFileWriter::commit()
 {
     return _file.flush() && _file.commit();
