@@ -12,6 +12,8 @@ namespace {
 
 constexpr int MaxGridSamples = 100000;
 constexpr int MaxWavelength = 1000000;
+// Shown of the text where reading stopped: enough to find it in the file.
+constexpr int MaxQuotedText = 60;
 
 QString number(float value)
 {
@@ -24,9 +26,6 @@ bool namesFormat(const QString& name, const char* suffix)
 {
     return name.toUpper().contains(QLatin1String(suffix));
 }
-
-// Shown of the text where reading stopped: enough to find it in the file.
-constexpr int MaxQuotedText = 60;
 
 // A number given as an argument, such as -0.5, rather than an option.
 bool isNumber(const QString& argument)

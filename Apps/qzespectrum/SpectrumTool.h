@@ -13,6 +13,9 @@ class QZESpectrum;
 // is plain "key: value" text for scripts; the spectral model's progress
 // lines are kept out of it, and its error lines are passed on to standard
 // error when a file operation fails.
+// An input that is not read to its end (text among the numbers, a lone
+// number) fails with the line where reading stopped unless --allow-partial
+// is given; numbers such as -0.5 count as arguments, not as options.
 class SpectrumTool
 {
     Q_DECLARE_TR_FUNCTIONS(SpectrumTool)
