@@ -28,6 +28,10 @@ inline int fuzzSpectrumLoader(const uint8_t* data, size_t size, SpectrumLoader l
         spectrum.resample();
         spectrum.getRGB();
     }
+    // Where reading stopped always lies within the input.
+    qint64 unreadAt = -1;
+    if (spectrum.loadData(bytes, name, unreadAt) && (unreadAt < 0 || unreadAt > bytes.size()))
+        __builtin_trap();
     return 0;
 }
 

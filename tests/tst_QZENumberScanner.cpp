@@ -72,6 +72,9 @@ private slots:
     void canHoldNeedsOneCharacterPerNumberAndSeparators_data();
     void canHoldNeedsOneCharacterPerNumberAndSeparators();
     void parsingIgnoresCommaDecimalLocale();
+    void nextWordOffsetPointsPastWhiteSpace_data();
+    void nextWordOffsetPointsPastWhiteSpace();
+    void nextWordOffsetStaysAtAFailedNumber();
 };
 
 void tst_QZENumberScanner::firstLineStopsBeforeLineBreak_data()
@@ -385,6 +388,46 @@ void tst_QZENumberScanner::parsingIgnoresCommaDecimalLocale()
     QVERIFY(scanner.next(value));
     QCOMPARE(value, 2.0f);
     QVERIFY(!scanner.next(value));
+}
+
+void tst_QZENumberScanner::nextWordOffsetPointsPastWhiteSpace_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<int>("readFirst");
+    QTest::addColumn<int>("offset");
+
+    QTest::newRow("at the start") << QByteArray("1 2") << 0 << 0;
+    QTest::newRow("leading blanks") << QByteArray(" \t\n7") << 0 << 3;
+    QTest::newRow("after one number") << QByteArray("1  \n 2") << 1 << 5;
+    QTest::newRow("only blanks left") << QByteArray("1 2 \r\n ") << 2 << 7;
+    QTest::newRow("nothing left") << QByteArray("1 2") << 2 << 3;
+    QTest::newRow("no data") << QByteArray() << 0 << 0;
+}
+
+void tst_QZENumberScanner::nextWordOffsetPointsPastWhiteSpace()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(int, readFirst);
+    QFETCH(int, offset);
+    QZENumberScanner scanner = scannerOf(data);
+
+    for (int i = 0; i < readFirst; ++i) {
+        float value = 0.0f;
+        QVERIFY(scanner.next(value));
+    }
+    QCOMPARE(scanner.nextWordOffset(), size_t(offset));
+}
+
+void tst_QZENumberScanner::nextWordOffsetStaysAtAFailedNumber()
+{
+    const QByteArray data("1 abc 2");
+    QZENumberScanner scanner = scannerOf(data);
+    float value = 0.0f;
+
+    QVERIFY(scanner.next(value));
+    QVERIFY(!scanner.next(value));
+
+    QCOMPARE(scanner.nextWordOffset(), size_t(2));
 }
 
 QTEST_APPLESS_MAIN(tst_QZENumberScanner)

@@ -1,6 +1,8 @@
+#include "ChildProcess.h"
 #include "QZESpectrum.h"
 #include "TestHelpers.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -11,7 +13,10 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
+
+#include <sys/stat.h>
 
 #ifdef Q_OS_LINUX
 #include <sys/resource.h>
@@ -71,6 +76,10 @@ const QByteArray NotIncreasing("ERROR Spectrum: Wavelengths not monotonically in
 const QByteArray UnexpectedFormat("ERROR Spectrum: Unexpected file format.\n");
 const QByteArray UnexpectedEnd("ERROR Spectrum: Unexpected end of Spectrum File.\n");
 const QByteArray InvalidHeader("ERROR Spectrum: Invalid Spectrum File header.\n");
+const QByteArray NonPositiveDelta("ERROR Spectrum: Delta wavelength is not positive.\n");
+const QByteArray NonFiniteWavelength("ERROR Spectrum: Wavelength is not a finite number.\n");
+const QByteArray NonFiniteValue("ERROR Spectrum: Value is not a finite number.\n");
+const QByteArray TooLarge("ERROR Spectrum: Spectrum File larger than 64 MiB.\n");
 const QByteArray NativeBanner("Spectrum::loadNative\n");
 const QByteArray TxtBanner("Spectrum::loadTxt\n");
 const QByteArray SaveBanner("Spectrum::save\n");
@@ -450,6 +459,30 @@ private slots:
     void binaryGarbageNeverLoads();
     void hugeDigitRunFailsQuickly_data();
     void hugeDigitRunFailsQuickly();
+    void nonFiniteNumbersAreMalformed_data();
+    void nonFiniteNumbersAreMalformed();
+    void nonPositiveDeltaIsMalformed_data();
+    void nonPositiveDeltaIsMalformed();
+
+    // Bounded reading
+    void inputOfExactlyTheLimitLoads();
+    void fileBeyondTheLimitIsRefusedWhole();
+    void dataBeyondTheLimitIsRefusedWhole();
+    void endlessDeviceIsRefusedAsTooLarge();
+    void pipeIsReadToItsEnd();
+    void pipeBeyondTheLimitIsRefused();
+    void fileTruncatedWhileReadGivesAnOrdinaryResult();
+    void loadDataTellsWhereReadingStopped_data();
+    void loadDataTellsWhereReadingStopped();
+    void loadDataWithUnknownSuffixFailsSilently();
+
+    // Atomic saving
+    void saveOnFullDiskKeepsTheOldFileAndFails_data();
+    void saveOnFullDiskKeepsTheOldFileAndFails();
+    void saveKilledMidwayLeavesOldOrWholeNewFile();
+    void saveKeepsTheFilesPermissions();
+    void saveReportsWhyTheFileSystemRefused();
+    void saveOverTheFileJustLoadedKeepsItsContent();
 
 private:
     // Loads the row's contents as a native file over the constant 1.0 with
@@ -2131,6 +2164,458 @@ void tst_QZESpectrum::hugeDigitRunFailsQuickly()
     QVERIFY2(timer.elapsed() < 20000, qPrintable(QStringLiteral("%1 ms").arg(timer.elapsed())));
     QZE_COMPARE_OUTCOME(outcome, false, out, err);
     QVERIFY(spectrum.getWavelengths().size() <= 81);
+}
+
+// --- Non-finite numbers and grids --------------------------------------------------
+
+void tst_QZESpectrum::nonFiniteNumbersAreMalformed_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+
+    const QByteArray header2 = nativeHeaderLog("spectral2", 0, 0, 3);
+    const QByteArray header1 = nativeHeaderLog("spectral1", 400, 10, 3);
+    QTest::newRow("native nan wavelength") << int(LoadNative)
+                                           << QByteArray("spectral2 3 \n400 nan 600 \n1 2 3 ")
+                                           << header2 << NonFiniteWavelength;
+    QTest::newRow("native infinite last wavelength")
+        << int(LoadNative) << QByteArray("spectral2 3 \n400 500 inf \n1 2 3 ") << header2
+        << NonFiniteWavelength;
+    QTest::newRow("native first wavelength minus infinity")
+        << int(LoadNative) << QByteArray("spectral2 3 \n-inf 500 600 \n1 2 3 ") << header2
+        << NonFiniteWavelength;
+    QTest::newRow("native nan value") << int(LoadNative)
+                                      << QByteArray("spectral1 400 10 3 \n1 nan 3 ") << header1
+                                      << NonFiniteValue;
+    QTest::newRow("native infinite value") << int(LoadNative)
+                                           << QByteArray("spectral1 400 10 3 \n1 2 -inf ")
+                                           << header1 << NonFiniteValue;
+    QTest::newRow("text nan wavelength") << int(LoadTxt) << QByteArray("nan 1\n600 2\n")
+                                         << TxtBanner << NonFiniteWavelength;
+    QTest::newRow("text infinite last wavelength") << int(LoadTxt)
+                                                   << QByteArray("400 1\ninf 2\n") << TxtBanner
+                                                   << NonFiniteWavelength;
+    QTest::newRow("text nan value") << int(LoadTxt) << QByteArray("400 1\n500 nan\n")
+                                    << TxtBanner << NonFiniteValue;
+}
+
+void tst_QZESpectrum::nonFiniteNumbersAreMalformed()
+{
+    QFETCH(int, operation);
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, out);
+    QFETCH(QByteArray, err);
+    const QString name = write(operation == LoadTxt ? QStringLiteral("nonfinite.txt")
+                                                    : QStringLiteral("nonfinite.spectral"),
+                               contents);
+    QZESpectrum spectrum = keptOne();
+
+    const Outcome outcome = captured([&] { return runFileOperation(spectrum, operation, name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, out, err);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QZE_CHECK(verifyKeptFields(spectrum));
+}
+
+void tst_QZESpectrum::nonPositiveDeltaIsMalformed_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("log");
+
+    QTest::newRow("zero") << QByteArray("spectral1 380 0 3 \n1 2 3 ") << versionLog("spectral1");
+    QTest::newRow("negative") << QByteArray("spectral1 380 -5 3 \n1 2 3 ")
+                              << versionLog("spectral1");
+    QTest::newRow("zero without samples") << QByteArray("spectral1 380 0 0 \n")
+                                          << versionLog("spectral1");
+}
+
+void tst_QZESpectrum::nonPositiveDeltaIsMalformed()
+{
+    verifyNativeLoadFails(NonPositiveDelta);
+}
+
+// --- Bounded reading ---------------------------------------------------------------
+
+namespace {
+
+// A two-column text of one pair and then blanks, size bytes in all.
+QByteArray paddedPair(qint64 size)
+{
+    QByteArray bytes("400 1\n");
+    bytes.append(QByteArray(int(size - bytes.size()), ' '));
+    return bytes;
+}
+
+// Writes bytes into a named pipe from a thread of its own; a reader that
+// stops early makes the writes fail (SIGPIPE is ignored while it runs).
+class PipeWriter
+{
+public:
+    PipeWriter(const QString& path, QByteArray bytes)
+        : _previous(std::signal(SIGPIPE, SIG_IGN)),
+          _thread([path, bytes] {
+              QFile pipe(path);
+              if (pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+                  pipe.write(bytes);
+          })
+    {
+    }
+    ~PipeWriter()
+    {
+        _thread.join();
+        std::signal(SIGPIPE, _previous);
+    }
+    PipeWriter(const PipeWriter&) = delete;
+    PipeWriter& operator=(const PipeWriter&) = delete;
+
+private:
+    void (*_previous)(int);
+    std::thread _thread;
+};
+
+bool isOpenIn(pid_t pid, const QString& path)
+{
+    const QDir fds(QStringLiteral("/proc/%1/fd").arg(pid));
+    for (const QFileInfo& fd : fds.entryInfoList(QDir::Files | QDir::System)) {
+        if (fd.symLinkTarget() == path)
+            return true;
+    }
+    return false;
+}
+
+// The entries of a folder, to see a writer's temporary file appear.
+int entryCount(const QString& folder)
+{
+    return int(QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).size());
+}
+
+} // namespace
+
+void tst_QZESpectrum::inputOfExactlyTheLimitLoads()
+{
+    const QString name = write(QStringLiteral("limit.txt"), paddedPair(QZESpectrum::MaxFileSize));
+    QZESpectrum spectrum;
+
+    const Outcome outcome = captured([&] { return spectrum.loadTxt(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, txtLoadLog(name), "");
+    QZE_COMPARE_FLOATS(spectrum.getWavelengths(), 0, 400);
+    QFile::remove(name);
+}
+
+void tst_QZESpectrum::fileBeyondTheLimitIsRefusedWhole()
+{
+    const QString name =
+        write(QStringLiteral("beyond.txt"), paddedPair(QZESpectrum::MaxFileSize + 1));
+    QZESpectrum spectrum = keptOne();
+
+    const Outcome outcome = captured([&] { return spectrum.loadTxt(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, TxtBanner, TooLarge);
+    QVERIFY(!spectrum.getUseSpectrum());
+    QZE_CHECK(verifyKeptFields(spectrum));
+    QFile::remove(name);
+}
+
+void tst_QZESpectrum::dataBeyondTheLimitIsRefusedWhole()
+{
+    const QByteArray data = paddedPair(QZESpectrum::MaxFileSize + 1);
+    QZESpectrum spectrum;
+
+    const Outcome outcome =
+        captured([&] { return spectrum.loadTxtData(data, QStringLiteral("memory.txt")); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, TxtBanner, TooLarge);
+    QVERIFY(spectrum.getWavelengths().empty());
+}
+
+// Endless zeros: read only up to the limit, then refused; never a spectrum
+// of the zeros read so far.
+void tst_QZESpectrum::endlessDeviceIsRefusedAsTooLarge()
+{
+    const QString name = path(QStringLiteral("zeros.spectral"));
+    QVERIFY(QFile::link(QStringLiteral("/dev/zero"), name));
+    QZESpectrum spectrum;
+    QElapsedTimer timer;
+    timer.start();
+
+    const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, NativeBanner, TooLarge);
+    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+}
+
+// More than a pipe holds at once, so the reader must go on until the
+// writer closes.
+void tst_QZESpectrum::pipeIsReadToItsEnd()
+{
+    const QString name = path(QStringLiteral("pipe.txt"));
+    QVERIFY(mkfifo(QFile::encodeName(name).constData(), 0600) == 0);
+    QByteArray text;
+    const int pairs = 30000;
+    for (int i = 0; i < pairs; ++i)
+        text += QByteArray::number(1000 + i) + " 0.5\n";
+    QZESpectrum spectrum;
+    Outcome outcome;
+    {
+        PipeWriter writer(name, text);
+        outcome = captured([&] { return spectrum.loadTxt(name); });
+    }
+
+    QZE_COMPARE_OUTCOME(outcome, true, txtLoadLog(name), "");
+    QCOMPARE(spectrum.getNumSamples(), pairs);
+    QCOMPARE(spectrum.getWavelengths().back(), float(1000 + pairs - 1));
+    QFile::remove(name);
+}
+
+void tst_QZESpectrum::pipeBeyondTheLimitIsRefused()
+{
+    const QString name = path(QStringLiteral("endless.txt"));
+    QVERIFY(mkfifo(QFile::encodeName(name).constData(), 0600) == 0);
+    QZESpectrum spectrum;
+    Outcome outcome;
+    {
+        PipeWriter writer(name, QByteArray("400 1 ").repeated(int(QZESpectrum::MaxFileSize / 6 + 1)));
+        outcome = captured([&] { return spectrum.loadTxt(name); });
+    }
+
+    QZE_COMPARE_OUTCOME(outcome, false, TxtBanner, TooLarge);
+    QFile::remove(name);
+}
+
+// A child loads a 36 MB file while this process cuts it to 16 MiB just
+// after the child has opened it. A mapping would fault (SIGBUS) on the pages
+// cut away; a plain read ends early or not at all, and the load answers
+// either way.
+void tst_QZESpectrum::fileTruncatedWhileReadGivesAnOrdinaryResult()
+{
+    const int count = 4 * 1000 * 1000;
+    QByteArray text = "spectral1 380 1 " + QByteArray::number(count) + " \n";
+    text += QByteArray("0.123456 ").repeated(count);
+    const QString name = write(QStringLiteral("shrinking.spectral"), text);
+    QCOMPARE(QFileInfo(name).size(), qint64(text.size()));
+
+    const pid_t pid = fork();
+    if (pid == 0) {
+        QZESpectrum spectrum;
+        const Outcome outcome = captured([&] { return spectrum.loadNative(name); });
+        _exit(outcome.result ? 0 : 1);
+    }
+    QVERIFY(pid > 0);
+    bool truncated = false;
+    for (int waited = 0; waited < 200000 && !truncated; ++waited) {
+        if (isOpenIn(pid, name)) {
+            // Past the opening, into the reading (or, for a mapping, the
+            // parsing). The cut falls on a boundary of any page size, so that
+            // no page straddles the new end.
+            usleep(2000);
+            truncated = ::truncate(QFile::encodeName(name).constData(), 16 << 20) == 0;
+        }
+    }
+    const ChildResult result = waitForChild(pid);
+
+    QVERIFY(truncated);
+    QVERIFY2(result.exited, qPrintable(QStringLiteral("signal %1").arg(result.signal)));
+    QVERIFY(result.exitCode == 0 || result.exitCode == 1);
+    QFile::remove(name);
+}
+
+void tst_QZESpectrum::loadDataTellsWhereReadingStopped_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QByteArray>("unread"); // the text at the stop, empty when all was read
+
+    QTest::newRow("text read whole") << "a.txt" << QByteArray("400 1\n410 2\n  \n") << QByteArray();
+    QTest::newRow("text ending at a zero pair") << "a.txt" << QByteArray("400 1\n0 0\n")
+                                                << QByteArray();
+    QTest::newRow("text after the zero pair") << "a.txt" << QByteArray("400 1\n0 0\n420 3\n")
+                                              << QByteArray("420 3\n");
+    QTest::newRow("comment in the middle") << "a.txt"
+                                           << QByteArray("400 1\n410 2\n# end\n420 3\n")
+                                           << QByteArray("# end\n420 3\n");
+    QTest::newRow("comma separated") << "a.txt" << QByteArray("400,1\n410,2\n")
+                                     << QByteArray("400,1\n410,2\n");
+    QTest::newRow("word for a value") << "a.txt" << QByteArray("500 abc\n")
+                                      << QByteArray("500 abc\n");
+    QTest::newRow("lone number at the end") << "a.txt" << QByteArray("400 1\n410")
+                                            << QByteArray("410");
+    QTest::newRow("native read whole") << "a.spectral"
+                                       << QByteArray("spectral1 400 10 2 \n1 2 \n")
+                                       << QByteArray();
+    QTest::newRow("native numbers beyond the count")
+        << "a.spectral" << QByteArray("spectral1 400 10 2 \n1 2 3 ") << QByteArray("3 ");
+    QTest::newRow("native header with more numbers")
+        << "a.spectral" << QByteArray("spectral1 400 10 2 9 9\n1 2") << QByteArray("9 9\n1 2");
+}
+
+void tst_QZESpectrum::loadDataTellsWhereReadingStopped()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, contents);
+    QFETCH(QByteArray, unread);
+    QZESpectrum spectrum;
+    qint64 unreadAt = -1;
+
+    const Outcome outcome = captured([&] { return spectrum.loadData(contents, name, unreadAt); });
+
+    QVERIFY(outcome.result);
+    QCOMPARE(contents.mid(int(unreadAt)), unread);
+}
+
+void tst_QZESpectrum::loadDataWithUnknownSuffixFailsSilently()
+{
+    QZESpectrum spectrum = keptOne();
+    qint64 unreadAt = -1;
+
+    const Outcome outcome = captured([&] {
+        return spectrum.loadData("spectral1 400 10 1 \n1 ", QStringLiteral("a.dat"), unreadAt);
+    });
+
+    QZE_COMPARE_OUTCOME(outcome, false, "", "");
+    QCOMPARE(unreadAt, qint64(-1));
+    QVERIFY(spectrum.getUseSpectrum());
+}
+
+// --- Atomic saving -------------------------------------------------------------------
+
+namespace {
+
+// What a save in a child answers: 0 written and reported, 1 refused with the
+// write error reported, 2 anything else.
+int saveAnswer(QZESpectrum& spectrum, const QString& name)
+{
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+    if (outcome.result)
+        return outcome.out == saveLog(name) ? 0 : 2;
+    const QByteArray refused = saveStartLog(name) + "Error writing Spectrum File: "
+                               + name.toUtf8() + "\n";
+    return outcome.out == refused && outcome.err.isEmpty() ? 1 : 2;
+}
+
+// A version 2 spectrum of count samples, about 18 bytes of text each.
+QZESpectrum irregularSpectrum(int count)
+{
+    std::vector<float> wavelengths;
+    std::vector<float> values;
+    for (int i = 0; i < count; ++i) {
+        wavelengths.push_back(380.0f + 0.001f * float(i));
+        values.push_back(0.123456f + 1e-7f * float(i % 1000));
+    }
+    QZESpectrum spectrum;
+    spectrum.load(count, wavelengths.data(), values.data());
+    return spectrum;
+}
+
+} // namespace
+
+void tst_QZESpectrum::saveOnFullDiskKeepsTheOldFileAndFails_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<qint64>("limit");
+
+    // The small file fits whole in a write buffer: only its flush can fail.
+    QTest::newRow("small file") << 10 << qint64(64);
+    QTest::newRow("large file") << 20000 << qint64(64 * 1024);
+}
+
+void tst_QZESpectrum::saveOnFullDiskKeepsTheOldFileAndFails()
+{
+    QFETCH(int, count);
+    QFETCH(qint64, limit);
+    const QByteArray old("spectral1 400 10 3 \n0.25 0.5 0.75 ");
+    const QString name = write(QStringLiteral("full-disk.spectral"), old);
+    QZESpectrum spectrum = irregularSpectrum(count);
+
+    const ChildResult result =
+        runWithFileSizeLimit(limit, [&] { return saveAnswer(spectrum, name); });
+
+    QVERIFY(result.exited);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(readFile(name), old);
+    QCOMPARE(QDir(_dir.path()).entryList({QStringLiteral("full-disk*")}, QDir::Files),
+             QStringList{QStringLiteral("full-disk.spectral")});
+}
+
+// Whenever the kill lands, the file holds either its old bytes or the whole
+// new file, never a part. The child marks when it starts to save; the kill
+// follows as soon as the file or its folder changes, or 50 ms later (a
+// temporary file may have no name in the folder), well within the save.
+void tst_QZESpectrum::saveKilledMidwayLeavesOldOrWholeNewFile()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QByteArray old("spectral1 400 10 3 \n0.25 0.5 0.75 ");
+    const QString name = writeFile(dir.filePath(QStringLiteral("killed.spectral")), old);
+    QZESpectrum spectrum = irregularSpectrum(2000000);
+    const QString wholeName = dir.filePath(QStringLiteral("whole.spectral"));
+    QVERIFY(captured([&] { return spectrum.save(wholeName); }).result);
+    const QByteArray whole = readFile(wholeName);
+    QVERIFY(QFile::remove(wholeName));
+    const QString marker = dir.filePath(QStringLiteral("saving"));
+    QElapsedTimer sinceMarker;
+
+    const ChildResult result = killChildDuringWrite(
+        [&] {
+            writeFile(marker, "1");
+            captured([&] { return spectrum.save(name); });
+        },
+        [&] {
+            if (!QFile::exists(marker))
+                return false;
+            if (!sinceMarker.isValid())
+                sinceMarker.start();
+            return entryCount(dir.path()) != 2 || QFileInfo(name).size() != old.size()
+                   || sinceMarker.elapsed() >= 50;
+        });
+
+    QCOMPARE(result.signal, SIGKILL);
+    const QByteArray after = readFile(name);
+    QVERIFY2(after == old || after == whole,
+             qPrintable(QStringLiteral("%1 bytes").arg(after.size())));
+}
+
+void tst_QZESpectrum::saveKeepsTheFilesPermissions()
+{
+    const QString name = write(QStringLiteral("permissions.spectral"), "spectral1 400 10 1 \n1 ");
+    // Owner read and write, group read: what no umask gives a new file.
+    QVERIFY(QFile::setPermissions(name, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    const QFile::Permissions before = QFile::permissions(name);
+    QZESpectrum spectrum;
+    spectrum.setOne();
+
+    QVERIFY(captured([&] { return spectrum.save(name); }).result);
+
+    QCOMPARE(QFile::permissions(name), before);
+    QVERIFY(readFile(name).startsWith("spectral1 380 5 81 \n"));
+}
+
+void tst_QZESpectrum::saveReportsWhyTheFileSystemRefused()
+{
+    const QString name = path(QStringLiteral("no/such/folder/out.spectral"));
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    QString reason;
+
+    const Outcome outcome = captured([&] { return spectrum.save(name, &reason); });
+
+    QZE_COMPARE_OUTCOME(outcome, false, saveStartLog(name), "");
+    QVERIFY2(reason.contains(QStringLiteral("No such file or directory")), qPrintable(reason));
+}
+
+void tst_QZESpectrum::saveOverTheFileJustLoadedKeepsItsContent()
+{
+    const QByteArray bytes("spectral2 3 \n400 450.5 700 \n0.25 1 2 ");
+    const QString name = write(QStringLiteral("same.spectral"), bytes);
+    QZESpectrum spectrum;
+    QVERIFY(captured([&] { return spectrum.loadNative(name); }).result);
+
+    const Outcome outcome = captured([&] { return spectrum.save(name); });
+
+    QZE_COMPARE_OUTCOME(outcome, true, saveLog(name), "");
+    QCOMPARE(readFile(name), bytes);
 }
 
 QTEST_APPLESS_MAIN(tst_QZESpectrum)

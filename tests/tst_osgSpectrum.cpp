@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "QZEAnalyticSpectrum.h"
 #include "QZESpectrum.h"
 #include "TestHelpers.h"
@@ -14,6 +15,7 @@
 #include <bitset>
 #include <cmath>
 #include <functional>
+#include <iostream>
 #include <iterator>
 #include <utility>
 #include <vector>
@@ -488,6 +490,9 @@ private slots:
     void loadGivesTheModelsFields_data();
     void loadGivesTheModelsFields();
     void nullArgumentsChangeNothing();
+    void saveOnFullDiskKeepsTheOldFileAndFails_data();
+    void saveOnFullDiskKeepsTheOldFileAndFails();
+    void loadLeavesTheBandsStaleUntilResample();
 
     void fieldMasksAreDistinctSingleBits();
     void changedRecomputesBandsForSourceAndWavelengths_data();
@@ -658,6 +663,62 @@ void tst_osgSpectrum::nullArgumentsChangeNothing()
     QVERIFY(!s->load(nullptr));
     QVERIFY(!s->save(nullptr));
     compareFields(s->getModel(), before);
+}
+
+void tst_osgSpectrum::saveOnFullDiskKeepsTheOldFileAndFails_data()
+{
+    QTest::addColumn<int>("num");
+    QTest::addColumn<qint64>("limit");
+
+    // The small file fits whole in a write buffer: only its flush can fail.
+    QTest::newRow("small file") << 31 << qint64(64);
+    QTest::newRow("large file") << 20000 << qint64(32 * 1024);
+}
+
+void tst_osgSpectrum::saveOnFullDiskKeepsTheOldFileAndFails()
+{
+    QFETCH(int, num);
+    QFETCH(qint64, limit);
+    QVERIFY(_dir.isValid());
+    const QString path = _dir.filePath(QStringLiteral("full-disk.spectral"));
+    const QByteArray old("spectral1 400 10 3 \n0.25 0.5 0.75 ");
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(old), qint64(old.size()));
+    }
+    const osg::SpectrumPtr s = osg::Spectrum::create();
+    fillRamp(*s, 380, 1, num, 1e-5f);
+
+    const ChildResult result = runWithFileSizeLimit(limit, [&] {
+        std::cout.rdbuf(nullptr); // the progress lines
+        return s->save(path.toUtf8().constData()) ? 0 : 1;
+    });
+
+    QVERIFY(result.exited);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(fileBytes(path), old);
+}
+
+// Like the library's spectrum, a load fills the source only.
+void tst_osgSpectrum::loadLeavesTheBandsStaleUntilResample()
+{
+    QVERIFY(_dir.isValid());
+    const QString path = _dir.filePath(QStringLiteral("stale.spectral"));
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("spectral1 380 400 2 \n0.25 0.25 ");
+    }
+    const osg::SpectrumPtr s = osg::Spectrum::create();
+    s->setOne();
+    s->resample();
+
+    QVERIFY(s->load(path.toUtf8().constData()));
+    QCOMPARE(s->getSamples(), std::vector<float>(40, 1.0f));
+
+    s->resample();
+    QCOMPARE(s->getSamples(), std::vector<float>(40, 0.25f));
 }
 
 void tst_osgSpectrum::fieldMasksAreDistinctSingleBits()

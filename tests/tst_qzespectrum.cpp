@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "TestHelpers.h"
 
 #include <QZESpectrum.h>
@@ -10,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fcntl.h>
+#include <vector>
 
 // Runs the built qzespectrum program in a scratch directory and checks its
 // output, the files it writes and its exit status.
@@ -33,6 +36,21 @@ private slots:
     void failuresExitNonZeroWithMessage();
     void failedConvertWritesNoOutput();
 
+    void convertOntoItsOwnInputKeepsTheSpectrum();
+    void writeOnFullDiskKeepsTheOldFileAndSaysWhy_data();
+    void writeOnFullDiskKeepsTheOldFileAndSaysWhy();
+    void killDuringWriteLeavesOldOrWholeFile();
+    void inputLargerThanTheLimitIsRefused();
+    void inputLeftUnreadFailsWithWhereReadingStopped_data();
+    void inputLeftUnreadFailsWithWhereReadingStopped();
+    void allowPartialAcceptsWhatWasReadAndStillSaysWhere();
+    void fromRgbWarnsAboveOneAndStillWrites();
+    void fromRgbTakesNegativeNumbersAndOptionsInAnyOrder_data();
+    void fromRgbTakesNegativeNumbersAndOptionsInAnyOrder();
+    void gridAtTheIntLimitsIsAUsageError_data();
+    void gridAtTheIntLimitsIsAUsageError();
+    void helpStatesTheSizeLimitAndTheUnnormalisedRgb();
+
 private:
     struct Result
     {
@@ -42,6 +60,7 @@ private:
     };
 
     Result runTool(const QStringList& arguments) const;
+
     void verifyRunsSilently(const QStringList& arguments) const;
     void readInfo(const QString& file, QMap<QString, QString>& fields) const;
     void writeFile(const QString& name, const QByteArray& content) const;
@@ -391,6 +410,275 @@ void tst_qzespectrum::failedConvertWritesNoOutput()
                                    QStringLiteral("header.spectral")});
     QCOMPARE(result.exitCode, 1);
     QVERIFY(!QFile::exists(path(QStringLiteral("header.spectral"))));
+}
+
+namespace {
+
+// The tool's command line, prepared before a fork so that the forked child
+// only opens, duplicates and execs: it runs the tool in the test folder with
+// its standard error in errorFile and its output dropped.
+class ToolCommand
+{
+public:
+    ToolCommand(const QStringList& arguments, const QString& directory, const QString& errorFile)
+        : _directory(QFile::encodeName(directory)), _errorPath(QFile::encodeName(errorFile))
+    {
+        _words.push_back(QByteArrayLiteral(QZESPECTRUM_PATH));
+        for (const QString& argument : arguments)
+            _words.push_back(argument.toLocal8Bit());
+        for (QByteArray& word : _words)
+            _argv.push_back(word.data());
+        _argv.push_back(nullptr);
+    }
+    ToolCommand(const ToolCommand&) = delete;
+    ToolCommand& operator=(const ToolCommand&) = delete;
+
+    // Returns only when the tool could not be started.
+    int exec() const
+    {
+        const int err = open(_errorPath.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        const int null = open("/dev/null", O_WRONLY);
+        if (err < 0 || null < 0 || dup2(err, 2) < 0 || dup2(null, 1) < 0
+            || chdir(_directory.constData()) != 0)
+            return 126;
+        execv(_argv[0], _argv.data());
+        return 127;
+    }
+
+private:
+    std::vector<QByteArray> _words;
+    std::vector<char*> _argv;
+    QByteArray _directory;
+    QByteArray _errorPath;
+};
+
+} // namespace
+
+void tst_qzespectrum::convertOntoItsOwnInputKeepsTheSpectrum()
+{
+    const QByteArray bytes("spectral2 3 \n400 450.5 700 \n0.25 1 2 ");
+    writeFile(QStringLiteral("own.spectral"), bytes);
+
+    QZE_CHECK(verifyRunsSilently({QStringLiteral("convert"), QStringLiteral("own.spectral"),
+                                  QStringLiteral("own.spectral")}));
+
+    QCOMPARE(fileBytes(path(QStringLiteral("own.spectral"))), bytes);
+}
+
+void tst_qzespectrum::writeOnFullDiskKeepsTheOldFileAndSaysWhy_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("convert") << QStringList{"convert", "wide.txt", "full.spectral"};
+    QTest::newRow("convert onto its input")
+        << QStringList{"convert", "full.spectral", "full.spectral"};
+    QTest::newRow("resample")
+        << QStringList{"resample", "ramp.txt", "--grid", "380,1,401", "-o", "full.spectral"};
+    QTest::newRow("from-rgb") << QStringList{"from-rgb", "0.8", "0.4", "0.2", "-o",
+                                             "full.spectral"};
+}
+
+// Files may grow to 512 bytes: room for the error message, none for any of
+// the new files.
+void tst_qzespectrum::writeOnFullDiskKeepsTheOldFileAndSaysWhy()
+{
+    QFETCH(QStringList, arguments);
+    QByteArray wide;
+    for (int i = 0; i < 100; ++i)
+        wide += QByteArray::number(400 + 3 * i) + " 0.125\n";
+    writeFile(QStringLiteral("wide.txt"), wide);
+    const QByteArray old = "spectral1 400 1 100 \n" + QByteArray("0.25 ").repeated(100);
+    writeFile(QStringLiteral("full.spectral"), old);
+    const QString errorFile = path(QStringLiteral("full-disk.err"));
+
+    const ToolCommand command(arguments, _dir.path(), errorFile);
+
+    const ChildResult result =
+        runWithFileSizeLimit(512, [&] { return command.exec(); });
+
+    QVERIFY(result.exited);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(fileBytes(path(QStringLiteral("full.spectral"))), old);
+    const QString err = QString::fromLocal8Bit(fileBytes(errorFile));
+    QVERIFY2(err.contains(QStringLiteral("cannot write full.spectral: File too large")),
+             qPrintable(err));
+}
+
+// Whenever the kill lands, the output holds its old bytes or the whole new
+// file, never a part.
+void tst_qzespectrum::killDuringWriteLeavesOldOrWholeFile()
+{
+    const QStringList arguments{"resample", "ramp.txt", "--grid", "300,1,100000", "-o"};
+    QZE_CHECK(verifyRunsSilently(arguments + QStringList{QStringLiteral("whole.spectral")}));
+    const QByteArray whole = fileBytes(path(QStringLiteral("whole.spectral")));
+    const QByteArray old("spectral1 400 100 4 \n0.125 0.25 0.5 1 ");
+    const QString output = path(QStringLiteral("killed.spectral"));
+    writeFile(QStringLiteral("killed.spectral"), old);
+
+    const ToolCommand command(arguments + QStringList{QStringLiteral("killed.spectral")},
+                              _dir.path(), path(QStringLiteral("killed.err")));
+
+    killChildDuringWrite([&] { command.exec(); },
+                         [&] { return QFileInfo(output).size() != old.size(); });
+
+    const QByteArray after = fileBytes(output);
+    QVERIFY2(after == old || after == whole,
+             qPrintable(QStringLiteral("%1 bytes").arg(after.size())));
+}
+
+void tst_qzespectrum::inputLargerThanTheLimitIsRefused()
+{
+    QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path(QStringLiteral("zeros.txt"))));
+
+    const Result result = runTool({QStringLiteral("info"), QStringLiteral("zeros.txt")});
+
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out, QString());
+    QVERIFY2(result.err.contains(QStringLiteral("cannot read zeros.txt: it is larger than 64 MiB")),
+             qPrintable(result.err));
+}
+
+void tst_qzespectrum::inputLeftUnreadFailsWithWhereReadingStopped_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QString>("stop");
+
+    QTest::newRow("comment in the middle")
+        << "comment.txt" << QByteArray("400 1\n410 2\n# lamp off\n420 3\n")
+        << "comment.txt: reading stopped at line 3: # lamp off";
+    QTest::newRow("comma separated") << "table.txt" << QByteArray("400,1\n410,2\n")
+                                     << "table.txt: reading stopped at line 1: 400,1";
+    QTest::newRow("word for a value") << "word.txt" << QByteArray("500 abc\n")
+                                      << "word.txt: reading stopped at line 1: 500 abc";
+    QTest::newRow("lone number at the end") << "lone.txt" << QByteArray("400 1\n410 2\n420")
+                                            << "lone.txt: reading stopped at line 3: 420";
+    QTest::newRow("pairs after the end pair")
+        << "ended.txt" << QByteArray("400 1\n0 0\n\n500 2\n")
+        << "ended.txt: reading stopped at line 4: 500 2";
+    QTest::newRow("native numbers beyond the count")
+        << "extra.spectral" << QByteArray("spectral1 400 10 2 \n1 2 \n3 4 ")
+        << "extra.spectral: reading stopped at line 3: 3 4";
+}
+
+void tst_qzespectrum::inputLeftUnreadFailsWithWhereReadingStopped()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, contents);
+    QFETCH(QString, stop);
+    writeFile(name, contents);
+
+    const Result result = runTool({QStringLiteral("info"), name});
+
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out, QString());
+    QVERIFY2(result.err.contains(stop), qPrintable(result.err));
+    QVERIFY2(result.err.contains(QStringLiteral("--allow-partial")), qPrintable(result.err));
+}
+
+void tst_qzespectrum::allowPartialAcceptsWhatWasReadAndStillSaysWhere()
+{
+    writeFile(QStringLiteral("partial.txt"), "400 1\n500 1\n# end\n600 3\n");
+
+    const Result result = runTool({QStringLiteral("convert"), QStringLiteral("partial.txt"),
+                                   QStringLiteral("--allow-partial"),
+                                   QStringLiteral("partial.spectral")});
+
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.err.contains(QStringLiteral("warning: partial.txt: reading stopped at "
+                                                "line 3: # end")),
+             qPrintable(result.err));
+    QCOMPARE(fileBytes(path(QStringLiteral("partial.spectral"))),
+             QByteArray("spectral2 2 \n400 500 \n1 1 "));
+}
+
+void tst_qzespectrum::fromRgbWarnsAboveOneAndStillWrites()
+{
+    const Result result = runTool({QStringLiteral("from-rgb"), QStringLiteral("255"),
+                                   QStringLiteral("128"), QStringLiteral("0"),
+                                   QStringLiteral("-o"), QStringLiteral("bytes.spectral")});
+
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QString());
+    QVERIFY2(result.err.contains(QStringLiteral("warning: R G B above 1 (255 128 0)")),
+             qPrintable(result.err));
+    QZESpectrum spectrum;
+    QVERIFY(spectrum.load(path(QStringLiteral("bytes.spectral"))));
+    QZE_CHECK(verifyUniformGrid(spectrum, 380, 5, 81));
+}
+
+void tst_qzespectrum::fromRgbTakesNegativeNumbersAndOptionsInAnyOrder_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("rgb");
+
+    QTest::newRow("output first") << QStringList{"from-rgb", "-o", "order.spectral", "-0.5",
+                                                 "0.2", "0.1"}
+                                  << QStringList{"-0.5", "0.2", "0.1"};
+    QTest::newRow("options between the channels")
+        << QStringList{"from-rgb", "-0.5", "--grid", "380,5,81", "0.2", "-o",
+                       "order.spectral", "-1e-3"}
+        << QStringList{"-0.5", "0.2", "-1e-3"};
+    QTest::newRow("after a double dash")
+        << QStringList{"from-rgb", "--output=order.spectral", "--", "-.25", "-0.2", "0.9"}
+        << QStringList{"-.25", "-0.2", "0.9"};
+    QTest::newRow("plain order") << QStringList{"from-rgb", "0.3", "0.6", "0.9", "--grid",
+                                                "380,5,81", "-o", "order.spectral"}
+                                 << QStringList{"0.3", "0.6", "0.9"};
+}
+
+// The file is the one the library writes for the same channels. Every row
+// keeps the default grid: the shared reflectance bases are resampled in place
+// for each new grid, so a second grid in this process would change them.
+void tst_qzespectrum::fromRgbTakesNegativeNumbersAndOptionsInAnyOrder()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, rgb);
+    QFile::remove(path(QStringLiteral("order.spectral")));
+
+    QZE_CHECK(verifyRunsSilently(arguments));
+
+    QZESpectrum expected;
+    expected.setRGB(rgb.at(0).toFloat(), rgb.at(1).toFloat(), rgb.at(2).toFloat(), 380, 5, 81);
+    const QString expectedName = path(QStringLiteral("expected.spectral"));
+    QVERIFY(expected.save(expectedName));
+    QCOMPARE(fileBytes(path(QStringLiteral("order.spectral"))), fileBytes(expectedName));
+}
+
+void tst_qzespectrum::gridAtTheIntLimitsIsAUsageError_data()
+{
+    QTest::addColumn<QString>("grid");
+
+    QTest::newRow("smallest count") << "0,1,-2147483648";
+    QTest::newRow("largest start and spacing") << "2147483647,2147483647,2";
+    QTest::newRow("largest spacing") << "0,2147483647,100000";
+    QTest::newRow("smallest spacing") << "380,-2147483648,81";
+}
+
+void tst_qzespectrum::gridAtTheIntLimitsIsAUsageError()
+{
+    QFETCH(QString, grid);
+
+    const Result result = runTool({QStringLiteral("from-rgb"), QStringLiteral("0.5"),
+                                   QStringLiteral("0.5"), QStringLiteral("0.5"),
+                                   QStringLiteral("--grid"), grid, QStringLiteral("-o"),
+                                   QStringLiteral("limits.spectral")});
+
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.err.contains(QStringLiteral("grid '%1' out of range").arg(grid)),
+             qPrintable(result.err));
+    QVERIFY(!QFile::exists(path(QStringLiteral("limits.spectral"))));
+}
+
+void tst_qzespectrum::helpStatesTheSizeLimitAndTheUnnormalisedRgb()
+{
+    const Result result = runTool({QStringLiteral("--help")});
+
+    QCOMPARE(result.exitCode, 0);
+    const QString help = result.out.simplified();
+    for (const char* phrase : {"at most 64 MiB", "--allow-partial", "is not normalised",
+                               "about 10.69 in each channel", "IN and OUT may be the same file"})
+        QVERIFY2(help.contains(QLatin1String(phrase)), phrase);
 }
 
 QTEST_GUILESS_MAIN(tst_qzespectrum)

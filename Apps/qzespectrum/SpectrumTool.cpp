@@ -2,9 +2,8 @@
 
 #include "StreamCapture.h"
 
+#include <QZEBoundedFileReader.h>
 #include <QZESpectrum.h>
-
-#include <QFile>
 
 #include <cmath>
 #include <cstdio>
@@ -13,6 +12,8 @@ namespace {
 
 constexpr int MaxGridSamples = 100000;
 constexpr int MaxWavelength = 1000000;
+// Shown of the text where reading stopped: enough to find it in the file.
+constexpr int MaxQuotedText = 60;
 
 QString number(float value)
 {
@@ -26,15 +27,12 @@ bool namesFormat(const QString& name, const char* suffix)
     return name.toUpper().contains(QLatin1String(suffix));
 }
 
-// The model reports a file it cannot open only by its result; opening the
-// file first gives the reason.
-bool opens(const QString& name, QIODevice::OpenMode mode, QString& reason)
+// A number given as an argument, such as -0.5, rather than an option.
+bool isNumber(const QString& argument)
 {
-    QFile file(name);
-    if (file.open(mode))
-        return true;
-    reason = file.errorString();
-    return false;
+    bool ok = false;
+    argument.toDouble(&ok);
+    return ok;
 }
 
 // Runs a file operation of the model with its progress lines kept out of the
@@ -81,11 +79,16 @@ SpectrumTool::SpectrumTool()
                   tr("START,DELTA,NUM"))
     , _outputOption({QStringLiteral("o"), QStringLiteral("output")},
                     tr("Write the result to OUT; its name must contain .spectral."), tr("OUT"))
+    , _allowPartialOption(QStringLiteral("allow-partial"),
+                          tr("Accept an input file that was not read to its end (text after "
+                             "the data, a pair that is not two numbers); where reading stopped "
+                             "is still reported."))
     , _out(stdout)
     , _err(stderr)
 {
     _parser.addOption(_gridOption);
     _parser.addOption(_outputOption);
+    _parser.addOption(_allowPartialOption);
     _parser.addPositionalArgument(QStringLiteral("command"),
                                   tr("One of the commands above, then its arguments."),
                                   tr("command [arguments...]"));
@@ -101,6 +104,18 @@ QString SpectrumTool::helpText() const
         text += QLatin1String("  ") + usage(command) + QLatin1String("\n      ")
             + tr(command.description) + QLatin1Char('\n');
     return text + QLatin1Char('\n')
+        + tr("Input files may hold at most %1 MiB. A file that is not read to its end (a "
+             "comment or other text among the numbers, a lone number at the end, text after "
+             "the samples a header announces) is an error, with the line where reading "
+             "stopped, unless --allow-partial is given. Outputs are written whole to a "
+             "temporary file and then renamed, so a failed write leaves an existing file "
+             "unchanged; IN and OUT may be the same file.")
+              .arg(QZESpectrum::MaxFileSize / (1024 * 1024))
+        + QLatin1String("\n\n")
+        + tr("R G B are linear values from 0 to 1; larger values (such as 8-bit 255) are "
+             "clipped, with a warning. The rgb that info prints is not normalised: a constant "
+             "spectrum of 1.0 gives about 10.69 in each channel.")
+        + QLatin1String("\n\n")
         + tr("Exit status: 0 on success, 1 when a file cannot be read or written or holds no "
              "valid spectrum, 2 on a usage error.");
 }
@@ -119,7 +134,7 @@ QString SpectrumTool::usage(const Command& command)
 
 int SpectrumTool::run(const QStringList& arguments)
 {
-    if (!_parser.parse(arguments))
+    if (!_parser.parse(numbersAsPositional(arguments)))
         return usageError(_parser.errorText());
     // --help-all adds only the Qt options of graphical programs; both show the same text.
     if (_parser.isSet(_helpOption) || _parser.isSet(QStringLiteral("help-all"))) {
@@ -205,6 +220,10 @@ int SpectrumTool::fromRgb(const Invocation& call)
     }
     if (int status = checkOutputName(call.output))
         return status;
+    if (rgb[0] > 1.0f || rgb[1] > 1.0f || rgb[2] > 1.0f)
+        warn(tr("R G B above 1 (%1 %2 %3) give a reflectance clipped at 1; the channels are "
+                "linear values from 0 to 1 (divide 8-bit values by 255)")
+                 .arg(call.arguments.at(0), call.arguments.at(1), call.arguments.at(2)));
     QZESpectrum spectrum;
     spectrum.setRGB(rgb[0], rgb[1], rgb[2], call.grid.start, call.grid.delta, call.grid.num);
     return saveSpectrum(spectrum, call.output);
@@ -232,9 +251,12 @@ int SpectrumTool::parseGrid(const QString& text, Grid& grid)
         return usageError(tr("invalid grid '%1': expected START,DELTA,NUM as three whole "
                              "numbers").arg(text));
     const Grid parsed = {values[0], values[1], values[2]};
-    const qint64 last = qint64(parsed.start) + qint64(parsed.delta) * (parsed.num - 1);
-    if (parsed.start < 0 || parsed.delta < 1 || parsed.num < 1 || parsed.num > MaxGridSamples
-        || last > MaxWavelength) {
+    // Each bound is checked before the last wavelength is computed from them.
+    const bool inRange = parsed.start >= 0 && parsed.delta >= 1 && parsed.num >= 1
+                         && parsed.num <= MaxGridSamples
+                         && qint64(parsed.start) + qint64(parsed.delta) * (parsed.num - 1)
+                                <= MaxWavelength;
+    if (!inRange) {
         return usageError(tr("grid '%1' out of range: START must be at least 0, DELTA and NUM "
                              "at least 1, NUM at most %2 and the last wavelength at most %3 nm")
                               .arg(text, QString::number(MaxGridSamples),
@@ -258,27 +280,98 @@ int SpectrumTool::loadSpectrum(const QString& name, QZESpectrum& spectrum)
     if (!namesFormat(name, ".SPECTRAL") && !namesFormat(name, ".TXT"))
         return usageError(tr("%1: unknown file type; expected a .spectral or .txt file")
                               .arg(name));
-    QString reason;
-    if (!opens(name, QIODevice::ReadOnly, reason))
-        return fileError(tr("cannot read %1: %2").arg(name, reason));
+    QByteArray bytes;
+    QZEBoundedFileReader reader(name, QZESpectrum::MaxFileSize);
+    switch (reader.read(bytes)) {
+    case QZEBoundedFileReader::OpenFailed:
+    case QZEBoundedFileReader::ReadFailed:
+        return fileError(tr("cannot read %1: %2").arg(name, reader.errorString()));
+    case QZEBoundedFileReader::TooLarge:
+        return fileError(tr("cannot read %1: it is larger than %2 MiB")
+                             .arg(name)
+                             .arg(QZESpectrum::MaxFileSize / (1024 * 1024)));
+    case QZEBoundedFileReader::Read:
+        break;
+    }
     QStringList errors;
-    if (!runQuietly([&] { return spectrum.load(name); }, errors))
+    qint64 unreadAt = 0;
+    if (!runQuietly([&] { return spectrum.loadData(bytes, name, unreadAt); }, errors))
         return fileError(tr("%1 is not a valid spectrum file").arg(name), errors);
     if (spectrum.getNumSamples() == 0)
         return fileError(tr("%1 holds no samples").arg(name));
+    if (unreadAt < bytes.size()) {
+        const QString stop = stoppedAt(name, bytes, unreadAt);
+        if (!_parser.isSet(_allowPartialOption))
+            return fileError(stop + QLatin1Char('\n')
+                             + tr("%1 was not read to its end; give --allow-partial to accept "
+                                  "what was read").arg(name));
+        warn(stop);
+    }
     spectrum.resample();
     return Success;
 }
 
+// Where reading stopped, as a line number and the text there, cut to a
+// length that fits a terminal line.
+QString SpectrumTool::stoppedAt(const QString& name, const QByteArray& bytes, qint64 offset)
+{
+    const int at = int(offset);
+    const int line = bytes.left(at).count('\n') + 1;
+    const int lineEnd = bytes.indexOf('\n', at);
+    QString text = QString::fromUtf8(bytes.mid(at, (lineEnd < 0 ? bytes.size() : lineEnd) - at))
+                       .trimmed();
+    if (text.size() > MaxQuotedText)
+        text = text.left(MaxQuotedText) + QStringLiteral("...");
+    return tr("%1: reading stopped at line %2: %3").arg(name).arg(line).arg(text);
+}
+
 int SpectrumTool::saveSpectrum(QZESpectrum& spectrum, const QString& name)
 {
-    QString reason;
-    if (!opens(name, QIODevice::WriteOnly, reason))
-        return fileError(tr("cannot write %1: %2").arg(name, reason));
     QStringList errors;
-    if (!runQuietly([&] { return spectrum.save(name); }, errors))
-        return fileError(tr("cannot write %1").arg(name), errors);
+    QString reason;
+    if (!runQuietly([&] { return spectrum.save(name, &reason); }, errors)) {
+        const QString message = reason.isEmpty() ? tr("cannot write %1").arg(name)
+                                                 : tr("cannot write %1: %2").arg(name, reason);
+        return fileError(message, errors);
+    }
     return Success;
+}
+
+// QCommandLineParser takes every argument that begins with '-' for an
+// option, so a negative channel such as -0.5 would be refused as an unknown
+// option. Numbers, and everything after "--", are moved behind a "--" of
+// their own, in their order; options keep theirs, with the value of -o and
+// --grid when it is the next argument.
+QStringList SpectrumTool::numbersAsPositional(const QStringList& arguments) const
+{
+    QStringList options = arguments.mid(0, 1);
+    QStringList positional;
+    for (int i = 1; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
+        if (argument == QLatin1String("--")) {
+            positional += arguments.mid(i + 1);
+            break;
+        }
+        if (!argument.startsWith(QLatin1Char('-')) || isNumber(argument)) {
+            positional += argument;
+            continue;
+        }
+        options += argument;
+        if (takesValue(argument) && i + 1 < arguments.size())
+            options += arguments.at(++i);
+    }
+    return options + QStringList{QStringLiteral("--")} + positional;
+}
+
+bool SpectrumTool::takesValue(const QString& argument) const
+{
+    for (const QCommandLineOption* option : {&_gridOption, &_outputOption}) {
+        for (const QString& name : option->names()) {
+            if (argument == (name.size() == 1 ? QLatin1String("-") : QLatin1String("--")) + name)
+                return true;
+        }
+    }
+    return false;
 }
 
 // A native file under another name would be read back with the wrong reader.
@@ -317,6 +410,12 @@ void SpectrumTool::printInfo(const QZESpectrum& spectrum)
 void SpectrumTool::printField(const char* key, const QString& value)
 {
     _out << key << ": " << value << '\n';
+}
+
+void SpectrumTool::warn(const QString& message)
+{
+    _err << QCoreApplication::applicationName() << ": " << tr("warning: %1").arg(message)
+         << Qt::endl;
 }
 
 int SpectrumTool::usageError(const QString& message)

@@ -13,6 +13,9 @@ class QZESpectrum;
 // is plain "key: value" text for scripts; the spectral model's progress
 // lines are kept out of it, and its error lines are passed on to standard
 // error when a file operation fails.
+// An input that is not read to its end (text among the numbers, a lone
+// number) fails with the line where reading stopped unless --allow-partial
+// is given; numbers such as -0.5 count as arguments, not as options.
 class SpectrumTool
 {
     Q_DECLARE_TR_FUNCTIONS(SpectrumTool)
@@ -67,11 +70,15 @@ private:
     int parseGrid(const QString& text, Grid& grid);
     int parseChannel(const QString& text, float& channel);
     int loadSpectrum(const QString& name, QZESpectrum& spectrum);
+    static QString stoppedAt(const QString& name, const QByteArray& bytes, qint64 offset);
     int saveSpectrum(QZESpectrum& spectrum, const QString& name);
+    QStringList numbersAsPositional(const QStringList& arguments) const;
+    bool takesValue(const QString& argument) const;
     int checkOutputName(const QString& name);
     void printInfo(const QZESpectrum& spectrum);
     void printField(const char* key, const QString& value);
 
+    void warn(const QString& message);
     int usageError(const QString& message);
     int fileError(const QString& message, const QStringList& details = QStringList());
 
@@ -80,6 +87,7 @@ private:
     QCommandLineOption _versionOption;
     QCommandLineOption _gridOption;
     QCommandLineOption _outputOption;
+    QCommandLineOption _allowPartialOption;
     QTextStream _out;
     QTextStream _err;
 };

@@ -20,6 +20,9 @@ using SpectrumPtr = FCPtr<FieldContainerPtr, Spectrum>;
 // Editing the source through edit...() leaves the 40 bands stale; changed()
 // with the source or wavelength mask brings them up to date, so editors that
 // record their edits in the change list need not resample themselves.
+// load() fills only the source as well: the bands keep their old values
+// until resample() (or changed() with one of those masks). save() replaces
+// the file atomically, as QZESpectrum::save() does.
 class Spectrum : public SpectrumBase
 {
 public:

@@ -105,3 +105,8 @@ bool QZENumberScanner::canHold(size_t count) const
     const size_t available = size_t(_end - _pos);
     return count == 0 || (available + 1) / 2 >= count;
 }
+
+size_t QZENumberScanner::nextWordOffset()
+{
+    return size_t(skipSpace() - _begin);
+}

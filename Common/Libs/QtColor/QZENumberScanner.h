@@ -15,7 +15,9 @@
 class QZENumberScanner
 {
 public:
-    QZENumberScanner(const char* data, size_t size) : _pos(data), _end(data + size) {}
+    QZENumberScanner(const char* data, size_t size) : _begin(data), _pos(data), _end(data + size)
+    {
+    }
 
     // The bytes up to the first line break (the whole data when there is none).
     static std::string_view firstLine(const char* data, size_t size);
@@ -29,6 +31,10 @@ public:
     // announced count before allocating for it.
     bool canHold(size_t count) const;
 
+    // Where the next word begins, counted in bytes from the start of the
+    // data: the data's size when only white space is left unread.
+    size_t nextWordOffset();
+
 private:
     const char* skipSpace();
     const char* skipPlus(const char* p) const;
@@ -37,6 +43,7 @@ private:
     bool nextNumber(Number& value);
     static float parseOutOfRange(const char* begin, const char* end);
 
+    const char* _begin;
     const char* _pos;
     const char* _end;
     bool _failed = false;

@@ -4,13 +4,16 @@
 #include "QZENumberScanner.h"
 #include "QZESpectralData.h"
 
+#include "QZEAtomicFileWriter.h"
+#include "QZEBoundedFileReader.h"
+
 #include <QFile>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string_view>
 
 namespace {
@@ -42,6 +45,20 @@ int truncateToInt(float x)
 bool containsUpper(const QString& name, const char* suffix)
 {
     return name.toUpper().contains(QLatin1String(suffix));
+}
+
+// The name whose bytes on the file system are name's UTF-8, whatever the
+// locale's encoding.
+QString fileSystemName(const QString& name)
+{
+    return QFile::decodeName(name.toUtf8());
+}
+
+bool refusedBy(const QZEAtomicFileWriter& file, QString* reason)
+{
+    if (reason)
+        *reason = file.errorString();
+    return false;
 }
 
 } // namespace
@@ -525,6 +542,10 @@ bool QZESpectrum::addAnalyticFunction(int function, float peakWavelength, float 
 
 // --- Files -------------------------------------------------------------------
 
+const QZESpectrum::Reader QZESpectrum::NativeReader = {"Spectrum::loadNative",
+                                                       &QZESpectrum::parseNative};
+const QZESpectrum::Reader QZESpectrum::TxtReader = {"Spectrum::loadTxt", &QZESpectrum::parseTxt};
+
 bool QZESpectrum::load(const QString& name)
 {
     if (containsUpper(name, ".SPECTRAL"))
@@ -536,57 +557,74 @@ bool QZESpectrum::load(const QString& name)
 
 bool QZESpectrum::loadNative(const QString& name)
 {
-    return loadFile(name, "Spectrum::loadNative", &QZESpectrum::parseNative);
+    return loadFile(name, NativeReader);
 }
 
 bool QZESpectrum::loadTxt(const QString& name)
 {
-    return loadFile(name, "Spectrum::loadTxt", &QZESpectrum::parseTxt);
+    return loadFile(name, TxtReader);
 }
 
 bool QZESpectrum::loadNativeData(const QByteArray& data, const QString& name)
 {
-    return loadBytes(data, name, "Spectrum::loadNative", &QZESpectrum::parseNative);
+    size_t unreadAt = 0;
+    return loadBytes(data, name, NativeReader, unreadAt);
 }
 
 bool QZESpectrum::loadTxtData(const QByteArray& data, const QString& name)
 {
-    return loadBytes(data, name, "Spectrum::loadTxt", &QZESpectrum::parseTxt);
+    size_t unreadAt = 0;
+    return loadBytes(data, name, TxtReader, unreadAt);
 }
 
-bool QZESpectrum::loadFile(const QString& name, const char* banner, Parser parser)
+bool QZESpectrum::loadData(const QByteArray& data, const QString& name, qint64& unreadAt)
 {
-    std::cout << banner << '\n';
+    const Reader* reader = containsUpper(name, ".SPECTRAL") ? &NativeReader
+                           : containsUpper(name, ".TXT")    ? &TxtReader
+                                                            : nullptr;
+    size_t offset = 0;
+    if (!reader || !loadBytes(data, name, *reader, offset))
+        return false;
+    unreadAt = qint64(offset);
+    return true;
+}
+
+bool QZESpectrum::loadFile(const QString& name, const Reader& reader)
+{
+    std::cout << reader.banner << '\n';
     setUseSpectrum(false);
     if (name.isEmpty())
         return false;
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
     try {
-        // Mapping keeps even a huge file out of the heap; devices that cannot
-        // be mapped are read whole.
-        const qint64 size = file.size();
-        if (const uchar* mapped = size > 0 ? file.map(0, size) : nullptr)
-            return (this->*parser)(reinterpret_cast<const char*>(mapped), size_t(size), name);
-        const QByteArray bytes = file.readAll();
-        return (this->*parser)(bytes.constData(), size_t(bytes.size()), name);
+        QByteArray bytes;
+        switch (QZEBoundedFileReader(fileSystemName(name), MaxFileSize).read(bytes)) {
+        case QZEBoundedFileReader::OpenFailed:
+            return false;
+        case QZEBoundedFileReader::TooLarge:
+            return reportTooLarge();
+        case QZEBoundedFileReader::ReadFailed:
+            return reportReadError(name);
+        case QZEBoundedFileReader::Read:
+            break;
+        }
+        size_t unreadAt = 0;
+        return (this->*reader.parser)(bytes.constData(), size_t(bytes.size()), name, unreadAt);
     } catch (const std::exception&) {
-        std::cout << "Error reading Spectrum File: " << name.toStdString() << '\n';
-        return false;
+        return reportReadError(name);
     }
 }
 
-bool QZESpectrum::loadBytes(const QByteArray& data, const QString& name, const char* banner,
-                            Parser parser)
+bool QZESpectrum::loadBytes(const QByteArray& data, const QString& name, const Reader& reader,
+                            size_t& unreadAt)
 {
-    std::cout << banner << '\n';
+    std::cout << reader.banner << '\n';
     setUseSpectrum(false);
+    if (data.size() > MaxFileSize)
+        return reportTooLarge();
     try {
-        return (this->*parser)(data.constData(), size_t(data.size()), name);
+        return (this->*reader.parser)(data.constData(), size_t(data.size()), name, unreadAt);
     } catch (const std::exception&) {
-        std::cout << "Error reading Spectrum File: " << name.toStdString() << '\n';
-        return false;
+        return reportReadError(name);
     }
 }
 
@@ -602,7 +640,8 @@ void QZESpectrum::finishLoad(int versionID, int start, int delta, const QString&
     std::cout << "Successfully read Spectrum File: " << name.toStdString() << '\n';
 }
 
-bool QZESpectrum::parseNative(const char* data, size_t size, const QString& name)
+bool QZESpectrum::parseNative(const char* data, size_t size, const QString& name,
+                              size_t& unreadAt)
 {
     const std::string_view line = QZENumberScanner::firstLine(data, size);
     QZENumberScanner header(line.data(), line.size());
@@ -628,6 +667,12 @@ bool QZESpectrum::parseNative(const char* data, size_t size, const QString& name
         std::cerr << "ERROR Spectrum: Invalid Spectrum File header.\n";
         return false;
     }
+    // A grid that does not rise puts every sample at one wavelength or in
+    // falling order, which no resampling can make sense of.
+    if (version == 1 && delta <= 0) {
+        std::cerr << "ERROR Spectrum: Delta wavelength is not positive.\n";
+        return false;
+    }
 
     std::cout << "startWavelength: " << start << '\n'
               << "deltaWavelength: " << delta << '\n'
@@ -650,27 +695,38 @@ bool QZESpectrum::parseNative(const char* data, size_t size, const QString& name
             reportDecreasing("2", _wavelengths[size_t(i)], _wavelengths[size_t(i) - 1]);
             return false;
         }
+        if (!std::isfinite(wavelength))
+            return reportNonFinite("Wavelength");
     }
     for (int i = 0; i < count; ++i) {
         float value;
         if (!numbers.next(value))
             return reportTruncated();
+        if (!std::isfinite(value))
+            return reportNonFinite("Value");
         _sourceValues.push_back(value);
     }
+    const size_t headerEnd = header.nextWordOffset();
+    unreadAt = headerEnd < line.size() ? headerEnd : line.size() + numbers.nextWordOffset();
     finishLoad(version, version == 1 ? start : 0, version == 1 ? delta : 0, name);
     return true;
 }
 
-bool QZESpectrum::parseTxt(const char* data, size_t size, const QString& name)
+// The pairs run to the first one that is not two numbers or is two zeros;
+// unreadAt follows the last pair read whole.
+bool QZESpectrum::parseTxt(const char* data, size_t size, const QString& name, size_t& unreadAt)
 {
     QZENumberScanner numbers(data, size);
     _wavelengths.clear();
     _sourceValues.clear();
+    unreadAt = numbers.nextWordOffset();
     for (;;) {
         float wavelength = 0.0f;
         float value = 0.0f;
-        numbers.next(wavelength);
-        numbers.next(value);
+        const bool wavelengthRead = numbers.next(wavelength);
+        const bool valueRead = numbers.next(value);
+        if (wavelengthRead && valueRead)
+            unreadAt = numbers.nextWordOffset();
         if (wavelength == 0.0f && value == 0.0f)
             break;
         _wavelengths.push_back(wavelength);
@@ -679,6 +735,10 @@ bool QZESpectrum::parseTxt(const char* data, size_t size, const QString& name)
             reportDecreasing("3", _wavelengths[i], _wavelengths[i - 1]);
             return false;
         }
+        if (!std::isfinite(wavelength))
+            return reportNonFinite("Wavelength");
+        if (!std::isfinite(value))
+            return reportNonFinite("Value");
         _sourceValues.push_back(value);
     }
     if (_wavelengths.empty()) {
@@ -696,34 +756,68 @@ void QZESpectrum::reportDecreasing(const char* tag, float current, float previou
               << tag << " (*wavelengths)[i-1]: " << previous << '\n';
 }
 
+// A nan wavelength slips past every ordering test and an infinite one turns
+// the band integrals into nan: neither can be resampled.
+bool QZESpectrum::reportNonFinite(const char* what)
+{
+    std::cerr << "ERROR Spectrum: " << what << " is not a finite number.\n";
+    return false;
+}
+
 bool QZESpectrum::reportTruncated()
 {
     std::cerr << "ERROR Spectrum: Unexpected end of Spectrum File.\n";
     return false;
 }
 
+bool QZESpectrum::reportTooLarge()
+{
+    std::cerr << "ERROR Spectrum: Spectrum File larger than 64 MiB.\n";
+    return false;
+}
+
+bool QZESpectrum::reportReadError(const QString& name)
+{
+    std::cout << "Error reading Spectrum File: " << name.toStdString() << '\n';
+    return false;
+}
+
+bool QZESpectrum::reportWriteError(const std::string& path)
+{
+    std::cout << "Error writing Spectrum File: " << path << '\n';
+    return false;
+}
+
 bool QZESpectrum::save(const QString& name)
+{
+    return save(name, nullptr);
+}
+
+bool QZESpectrum::save(const QString& name, QString* reason)
 {
     std::cout << "Spectrum::save\n";
     if (name.isEmpty())
         return false;
     const std::string path = name.toStdString();
     std::cout << "Spectrum File: " << path << '\n';
-    std::ofstream out(path, std::ios::out | std::ios::trunc);
-    if (!out)
-        return false;
+    QZEAtomicFileWriter file(fileSystemName(name));
+    if (!file.open())
+        return refusedBy(file, reason);
+    std::string text;
     try {
+        std::ostringstream out;
         out.imbue(std::locale::classic());
         if (!writeNative(out)) {
             std::cout << "Unknown Spectrum File Version!\n";
             return false;
         }
-        out.close();
-        if (out.fail())
-            throw std::ios_base::failure("write");
+        text = out.str();
     } catch (const std::exception&) {
-        std::cout << "Error writing Spectrum File: " << path << '\n';
-        return false;
+        return reportWriteError(path);
+    }
+    if (!file.write(QByteArray::fromRawData(text.data(), int(text.size()))) || !file.commit()) {
+        refusedBy(file, reason);
+        return reportWriteError(path);
     }
     std::cout << "Successfully wrote Spectrum File: " << path << '\n';
     return true;
@@ -744,6 +838,5 @@ bool QZESpectrum::writeNative(std::ostream& out) const
     }
     for (float value : _sourceValues)
         out << value << ' ';
-    out.flush();
     return true;
 }

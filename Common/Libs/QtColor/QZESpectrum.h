@@ -46,17 +46,42 @@
 //  - a native file whose header does not hold a non-negative count (and, for
 //    version 1, start and delta) is rejected with
 //    "ERROR Spectrum: Invalid Spectrum File header.";
+//  - a version 1 header whose delta is 0 or negative is rejected with
+//    "ERROR Spectrum: Delta wavelength is not positive.";
 //  - a native file that holds fewer numbers than its header announces is
 //    rejected with "ERROR Spectrum: Unexpected end of Spectrum File."
 //    rather than padded with zeros, so a truncated file never loads as a
 //    plausible but wrong spectrum. Nothing is allocated beyond what the file
-//    can hold, whatever count it announces.
+//    can hold, whatever count it announces;
+//  - a wavelength or value that is not a finite number (nan, inf) makes
+//    either format fail with "ERROR Spectrum: Wavelength is not a finite
+//    number." or "ERROR Spectrum: Value is not a finite number.", once the
+//    decreasing-wavelength check has passed it;
+//  - input larger than MaxFileSize (64 MiB), from a file, a pipe, a device or
+//    memory, is refused whole with "ERROR Spectrum: Spectrum File larger than
+//    64 MiB."; it is never cut short and read in part;
+//  - a file is read with plain reads into memory, never mapped, so one that
+//    shrinks or changes while it is read gives an ordinary result;
+//  - save() writes a temporary file in the destination's folder and renames
+//    it over the destination only once every byte has been written and
+//    flushed: a full disk, a kill or any failure leaves the old file as it
+//    was. A destination whose folder may not be written cannot be saved.
+//
+// Loading a file fills only the source: the 40 bands stay as they were (stale)
+// until resample() runs. The host's osg::Spectrum::load() does the same.
+//
+// getRGB() is not normalised: it is the CIE 1931 observer summed over the 40
+// bands (10 nm each, without the band width or a white-point scale) through
+// the equal-energy sRGB matrix, so the constant 1.0 spectrum gives about
+// 10.69 in each channel. Divide by that figure to compare with 0..1 colours.
 class QZESpectrum
 {
 public:
     static constexpr int NumBands = 40;
     static constexpr int FirstBandWavelength = 380;
     static constexpr int BandWidth = 10;
+    // The largest spectrum file (or in-memory data) the loads accept, in bytes.
+    static constexpr qint64 MaxFileSize = qint64(64) * 1024 * 1024;
 
     // use-spectrum flag, filename (UTF-8), version id, start, delta, number
     // of samples, wavelengths, source values, band samples.
@@ -135,27 +160,50 @@ public:
     bool loadNative(const QString& name);
     bool loadTxt(const QString& name);
     bool save(const QString& name);
+    // As save(name); when the file system refuses the file, *reason (when
+    // given) says why in the system's words.
+    bool save(const QString& name, QString* reason);
 
     // The same parsers over bytes already in memory (resources, network,
     // fuzzing); name is what the messages and the filename field show.
     bool loadNativeData(const QByteArray& data, const QString& name);
     bool loadTxtData(const QByteArray& data, const QString& name);
+    // The parser that load(name) would choose for name (false, silently,
+    // when name names neither format) over bytes in memory. After a
+    // successful load, unreadAt is the offset of the first byte that is
+    // neither white space nor read (data.size() when every number was
+    // read): text after a text file's end pair or after the numbers a native
+    // header announces, or the first pair that is not two numbers.
+    bool loadData(const QByteArray& data, const QString& name, qint64& unreadAt);
 
 private:
     // Builds its illuminants while the shared instance is still being created,
     // so it weighs them without going through getInstance().
     friend class QZESpectralData;
 
-    using Parser = bool (QZESpectrum::*)(const char*, size_t, const QString&);
+    using Parser = bool (QZESpectrum::*)(const char*, size_t, const QString&, size_t& unreadAt);
+    struct Reader
+    {
+        const char* banner;
+        Parser parser;
+    };
+    static const Reader NativeReader;
+    static const Reader TxtReader;
 
-    bool loadFile(const QString& name, const char* banner, Parser parser);
-    bool loadBytes(const QByteArray& data, const QString& name, const char* banner,
-                   Parser parser);
-    bool parseNative(const char* data, size_t size, const QString& name);
-    bool parseTxt(const char* data, size_t size, const QString& name);
+    bool loadFile(const QString& name, const Reader& reader);
+    bool loadBytes(const QByteArray& data, const QString& name, const Reader& reader,
+                   size_t& unreadAt);
+    bool parse(const char* data, size_t size, const QString& name, const Reader& reader,
+               size_t& unreadAt);
+    bool parseNative(const char* data, size_t size, const QString& name, size_t& unreadAt);
+    bool parseTxt(const char* data, size_t size, const QString& name, size_t& unreadAt);
     void finishLoad(int versionID, int start, int delta, const QString& name);
     static void reportDecreasing(const char* tag, float current, float previous);
+    static bool reportNonFinite(const char* what);
     static bool reportTruncated();
+    static bool reportTooLarge();
+    static bool reportReadError(const QString& name);
+    static bool reportWriteError(const std::string& path);
     bool writeNative(std::ostream& out) const;
 
     void fillUniform(float value, int start, int delta, int num);
