@@ -13,6 +13,7 @@
 #include <QImageWriter>
 #include <QString>
 
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -109,6 +110,113 @@ inline std::vector<std::string> metadataKeys(const QString& path)
         qWarning("exiv2: %s", error.what());
     }
     return keys;
+}
+
+inline QByteArray bigEndian32(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    for (int i = 0; i < 4; ++i)
+        bytes[i] = char(value >> (24 - 8 * i));
+    return bytes;
+}
+
+// CRC-32 as PNG chunks carry it (ISO 3309, reflected polynomial 0xEDB88320).
+inline quint32 crc32(const QByteArray& bytes)
+{
+    static const std::array<quint32, 256> table = [] {
+        std::array<quint32, 256> entries{};
+        for (quint32 n = 0; n < 256; ++n) {
+            quint32 c = n;
+            for (int k = 0; k < 8; ++k)
+                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
+            entries[n] = c;
+        }
+        return entries;
+    }();
+    quint32 c = 0xFFFFFFFFu;
+    for (char byte : bytes)
+        c = table[(c ^ quint8(byte)) & 0xFF] ^ (c >> 8);
+    return c ^ 0xFFFFFFFFu;
+}
+
+inline QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
+{
+    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
+}
+
+// Writes deflate bits: header fields least significant bit first, Huffman
+// codes most significant bit first.
+class BitWriter
+{
+public:
+    void bits(quint32 value, int count)
+    {
+        for (int i = 0; i < count; ++i)
+            bit((value >> i) & 1);
+    }
+    void code(quint32 value, int length)
+    {
+        for (int i = length - 1; i >= 0; --i)
+            bit((value >> i) & 1);
+    }
+    QByteArray bytes() const { return _used ? _bytes + char(_current) : _bytes; }
+
+private:
+    void bit(quint32 value)
+    {
+        _current |= value << _used;
+        if (++_used == 8) {
+            _bytes += char(_current);
+            _current = 0;
+            _used = 0;
+        }
+    }
+    QByteArray _bytes;
+    quint32 _current = 0;
+    int _used = 0;
+};
+
+// A zlib stream of count zero bytes in one fixed-Huffman block: a literal
+// zero, then copies of 258 bytes at distance 1, then literal zeros.
+inline QByteArray zlibZeros(qint64 count)
+{
+    BitWriter writer;
+    writer.bits(1, 1); // last block
+    writer.bits(1, 2); // fixed Huffman codes
+    const quint32 literalZero = 0x30; // literals 0-143: 8-bit codes from 00110000
+    writer.code(literalZero, 8);
+    const qint64 copies = (count - 1) / 258;
+    for (qint64 i = 0; i < copies; ++i) {
+        writer.code(0xC5, 8); // length 258: symbol 285, 8-bit code 11000101
+        writer.code(0, 5);    // distance 1: code 0
+    }
+    for (qint64 i = 1 + copies * 258; i < count; ++i)
+        writer.code(literalZero, 8);
+    writer.code(0, 7); // end of block: symbol 256
+    const quint32 adler = (quint32(count % 65521) << 16) | 1; // a stays 1 over zeros
+    return QByteArray("\x78\x01", 2) + writer.bytes() + bigEndian32(adler);
+}
+
+// A valid PNG of width x height black 8-bit grey pixels.
+inline QByteArray blackGreyPng(quint32 width, quint32 height)
+{
+    const QByteArray header = bigEndian32(width) + bigEndian32(height)
+        + QByteArray("\x08\x00\x00\x00\x00", 5); // 8 bits, grey, deflate, no filter, no interlace
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header)
+        + pngChunk("IDAT", zlibZeros(qint64(height) * (1 + width)))
+        + pngChunk("IEND", QByteArray());
+}
+
+// The JPEG with an APP1 segment holding packet as its XMP, inserted right
+// after the start-of-image marker; packet is written as it stands, so it
+// may be one that exiv2 cannot parse.
+inline QByteArray jpegWithXmpSegment(const QByteArray& jpeg, const QByteArray& packet)
+{
+    const QByteArray payload = QByteArray("http://ns.adobe.com/xap/1.0/", 29) + packet;
+    const int length = payload.size() + 2;
+    const QByteArray segment =
+        QByteArray("\xff\xe1", 2) + char(length >> 8) + char(length & 0xff) + payload;
+    return jpeg.left(2) + segment + jpeg.mid(2);
 }
 
 } // namespace ImageFixtures

@@ -8,7 +8,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <array>
 
 // The scene graph's image container: counting, attachments, reading every
 // format the installed Qt plugins read, and refusing files it should not
@@ -53,101 +52,6 @@ bool near(QRgb actual, QRgb expected, int tolerance)
     return qAbs(qRed(actual) - qRed(expected)) <= tolerance
         && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
         && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
-}
-
-QByteArray bigEndian32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = char(value >> (24 - 8 * i));
-    return bytes;
-}
-
-// CRC-32 as PNG chunks carry it (ISO 3309, reflected polynomial 0xEDB88320).
-quint32 crc32(const QByteArray& bytes)
-{
-    static const std::array<quint32, 256> table = [] {
-        std::array<quint32, 256> entries{};
-        for (quint32 n = 0; n < 256; ++n) {
-            quint32 c = n;
-            for (int k = 0; k < 8; ++k)
-                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            entries[n] = c;
-        }
-        return entries;
-    }();
-    quint32 c = 0xFFFFFFFFu;
-    for (char byte : bytes)
-        c = table[(c ^ quint8(byte)) & 0xFF] ^ (c >> 8);
-    return c ^ 0xFFFFFFFFu;
-}
-
-QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
-{
-    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
-}
-
-// Writes deflate bits: header fields least significant bit first, Huffman
-// codes most significant bit first.
-class BitWriter
-{
-public:
-    void bits(quint32 value, int count)
-    {
-        for (int i = 0; i < count; ++i)
-            bit((value >> i) & 1);
-    }
-    void code(quint32 value, int length)
-    {
-        for (int i = length - 1; i >= 0; --i)
-            bit((value >> i) & 1);
-    }
-    QByteArray bytes() const { return _used ? _bytes + char(_current) : _bytes; }
-
-private:
-    void bit(quint32 value)
-    {
-        _current |= value << _used;
-        if (++_used == 8) {
-            _bytes += char(_current);
-            _current = 0;
-            _used = 0;
-        }
-    }
-    QByteArray _bytes;
-    quint32 _current = 0;
-    int _used = 0;
-};
-
-// A zlib stream of count zero bytes in one fixed-Huffman block: a literal
-// zero, then copies of 258 bytes at distance 1, then literal zeros.
-QByteArray zlibZeros(qint64 count)
-{
-    BitWriter writer;
-    writer.bits(1, 1); // last block
-    writer.bits(1, 2); // fixed Huffman codes
-    const quint32 literalZero = 0x30; // literals 0-143: 8-bit codes from 00110000
-    writer.code(literalZero, 8);
-    const qint64 copies = (count - 1) / 258;
-    for (qint64 i = 0; i < copies; ++i) {
-        writer.code(0xC5, 8); // length 258: symbol 285, 8-bit code 11000101
-        writer.code(0, 5);    // distance 1: code 0
-    }
-    for (qint64 i = 1 + copies * 258; i < count; ++i)
-        writer.code(literalZero, 8);
-    writer.code(0, 7); // end of block: symbol 256
-    const quint32 adler = (quint32(count % 65521) << 16) | 1; // a stays 1 over zeros
-    return QByteArray("\x78\x01", 2) + writer.bytes() + bigEndian32(adler);
-}
-
-// A valid PNG of width x height black 8-bit grey pixels.
-QByteArray blackGreyPng(quint32 width, quint32 height)
-{
-    const QByteArray header = bigEndian32(width) + bigEndian32(height)
-        + QByteArray("\x08\x00\x00\x00\x00", 5); // 8 bits, grey, deflate, no filter, no interlace
-    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header)
-        + pngChunk("IDAT", zlibZeros(qint64(height) * (1 + width)))
-        + pngChunk("IEND", QByteArray());
 }
 
 // Two pixels, red then blue, from a two-entry palette (GIF89a).
@@ -444,13 +348,13 @@ void tst_osgImage::filesOverOneGiBAreRefused()
 void tst_osgImage::imagesDecodingToOverOneGiBAreRefused()
 {
     const QString small = path(QStringLiteral("small-pixels.png"));
-    QVERIFY(ImageFixtures::writeFile(small, blackGreyPng(300, 200)));
+    QVERIFY(ImageFixtures::writeFile(small, ImageFixtures::blackGreyPng(300, 200)));
     const osg::ImagePtr smallImage = osg::Image::create();
     QVERIFY(smallImage->read(small.toUtf8().constData()));
     QCOMPARE(smallImage->getPixels().pixel(299, 199), qRgb(0, 0, 0));
 
     const QString file = path(QStringLiteral("huge-pixels.png"));
-    QVERIFY(ImageFixtures::writeFile(file, blackGreyPng(32768, 32769)));
+    QVERIFY(ImageFixtures::writeFile(file, ImageFixtures::blackGreyPng(32768, 32769)));
     QImageReader header(file);
     QCOMPARE(header.size(), QSize(32768, 32769));
     QCOMPARE(header.imageFormat(), QImage::Format_Grayscale8);
