@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QImage>
 #include <QImageWriter>
+#include <QRandomGenerator>
 #include <QString>
 
 #include <array>
@@ -29,6 +30,19 @@ inline QImage filled(int width, int height, QImage::Format format, const QColor&
     QImage image(width, height, QImage::Format_ARGB32);
     image.fill(colour);
     return image.convertToFormat(format);
+}
+
+// Pixels that no encoder can shrink much, the same for the same seed, so
+// that a test can make a file of about the size it needs.
+inline QImage noise(int width, int height, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            image.setPixel(x, y, 0xff000000u | (random.generate() & 0xffffffu));
+    }
+    return image;
 }
 
 inline bool write(const QImage& image, const QString& path, const QByteArray& format = {})
