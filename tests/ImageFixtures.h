@@ -233,6 +233,45 @@ inline QByteArray jpegWithXmpSegment(const QByteArray& jpeg, const QByteArray& p
     return jpeg.left(2) + segment + jpeg.mid(2);
 }
 
+// The offset of the first JPEG segment with marker (0xC0 for the baseline
+// frame header, 0xDA for the scan), found by walking the segments from the
+// start-of-image marker; -1 when there is none.
+inline int jpegSegment(const QByteArray& jpeg, quint8 marker)
+{
+    int offset = 2;
+    while (offset + 4 <= jpeg.size() && quint8(jpeg[offset]) == 0xff) {
+        if (quint8(jpeg[offset + 1]) == marker)
+            return offset;
+        const int length = (quint8(jpeg[offset + 2]) << 8) | quint8(jpeg[offset + 3]);
+        offset += 2 + length;
+    }
+    return -1;
+}
+
+// The JPEG with its frame header claiming width x height pixels; the image
+// data stays that of the original size, so the file decodes to nothing.
+inline QByteArray jpegClaimingSize(QByteArray jpeg, quint16 width, quint16 height)
+{
+    const int frame = jpegSegment(jpeg, 0xc0);
+    if (frame < 0)
+        return QByteArray();
+    const char size[4] = {char(height >> 8), char(height & 0xff), char(width >> 8),
+                          char(width & 0xff)};
+    jpeg.replace(frame + 5, 4, QByteArray(size, 4));
+    return jpeg;
+}
+
+// The JPEG's leading application segments (JFIF, EXIF, XMP) and an end
+// marker: metadata without tables, frame or image data, as an EXIF-only
+// file or an early cut of a download carries it.
+inline QByteArray jpegWithoutImageData(const QByteArray& jpeg)
+{
+    int offset = 2;
+    while (offset + 4 <= jpeg.size() && (quint8(jpeg[offset + 1]) & 0xf0) == 0xe0)
+        offset += 2 + ((quint8(jpeg[offset + 2]) << 8) | quint8(jpeg[offset + 3]));
+    return jpeg.left(offset) + QByteArray("\xff\xd9", 2);
+}
+
 } // namespace ImageFixtures
 
 #endif // IMAGEFIXTURES_H

@@ -112,7 +112,11 @@ bool readShapeFromHeader(const QByteArray& file, const QString& suffix, Shape& s
         if (!reader.canRead())
             continue;
         shape.size = reader.size();
-        shape.format = reader.imageFormat();
+        // Some plugins answer the format with garbage when the header could
+        // not be read.
+        shape.format = shape.size.isValid() ? reader.imageFormat() : QImage::Format_Invalid;
+        if (shape.format < QImage::Format_Invalid || shape.format >= QImage::NImageFormats)
+            shape.format = QImage::Format_Invalid;
         shape.colour = !isGrey(shape.format) && !isBilevel(shape.format);
         shape.alpha = shape.format != QImage::Format_Invalid
             && QImage::toPixelFormat(shape.format).alphaUsage() == QPixelFormat::UsesAlpha;
@@ -216,11 +220,11 @@ bool Image::load(const char* utf8Path, bool decodePixels, std::string& why)
         const bool wantsMetaData =
             findAttachmentField(zeImageMetaData::getAttachmentKey()).has_value();
         zeImageMetaReader::Blocks blocks;
-        const bool metaDataRead =
-            (wantsMetaData || !shape.size.isValid())
-            && zeImageMetaReader::read(file.constData(), std::size_t(file.size()),
-                                       samplesPerPixel(shape), bitsPerSample(shape.format), blocks);
-        if (!shape.size.isValid() && !metaDataRead)
+        if (wantsMetaData || !shape.size.isValid()) {
+            zeImageMetaReader::read(file.constData(), std::size_t(file.size()),
+                                    samplesPerPixel(shape), bitsPerSample(shape.format), blocks);
+        }
+        if (!shape.size.isValid() && blocks.isEmpty())
             return fail(why, "damaged: neither its size nor its metadata can be read");
         _name = utf8Path;
         _pixels = pixels;

@@ -77,7 +77,7 @@ public:
     // header declares: a palette's entries are not read, so 8-bit palette
     // images count as colour and bilevel ones as grey, neither with alpha.
     // A file whose header gives no size has 0 x 0 x 0 and is accepted only
-    // when its metadata could be read. On failure the image stays as it was,
+    // when it carries metadata of the three blocks. On failure the image stays as it was,
     // false is returned and why, when given, says what is wrong ("is a
     // directory", "Permission denied", ...).
     bool readHeader(const char* utf8Path, std::string* why = nullptr);
