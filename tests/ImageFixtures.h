@@ -221,6 +221,28 @@ inline QByteArray blackGreyPng(quint32 width, quint32 height)
         + pngChunk("IEND", QByteArray());
 }
 
+// An XMP packet of one description with the given attributes and content.
+inline std::string xmpPacket(const std::string& attributes, const std::string& content)
+{
+    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
+           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+           "<rdf:Description rdf:about=\"\" "
+        + attributes + ">" + content + "</rdf:Description></rdf:RDF></x:xmpmeta>";
+}
+
+// Well-formed XMP whose structures nest depth levels deep.
+inline std::string nestedXmpPacket(int depth)
+{
+    std::string open;
+    std::string close;
+    for (int level = 0; level < depth; ++level) {
+        open += "<ex:Level rdf:parseType=\"Resource\">";
+        close += "</ex:Level>";
+    }
+    return xmpPacket("xmlns:ex=\"http://example.com/nested/\"",
+                     open + "<ex:Leaf>deep</ex:Leaf>" + close);
+}
+
 // The JPEG with an APP1 segment holding packet as its XMP, inserted right
 // after the start-of-image marker; packet is written as it stands, so it
 // may be one that exiv2 cannot parse.

@@ -114,39 +114,17 @@ const std::string JpegDecoderLines = "@SAMPLES_PER_PIXEL 3\n@BITS_PER_SAMPLE 8\n
 const std::string OurNamespace = "urn:qtcolor:render-settings:1.0/";
 const std::string OldNamespace = "http://ns.qtcolor.example/render-settings/1.0/";
 
-// An XMP packet of one description with the given attributes and content.
-std::string xmpPacket(const std::string& attributes, const std::string& content)
-{
-    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\" "
-        + attributes + ">" + content + "</rdf:Description></rdf:RDF></x:xmpmeta>";
-}
-
 // A record as the placeholder namespace wrote it: camera with one setting,
 // image without settings.
 std::string oldRecordPacket()
 {
-    return xmpPacket("xmlns:qzeRender=\"" + OldNamespace
+    return ImageFixtures::xmpPacket("xmlns:qzeRender=\"" + OldNamespace
                          + "\" qzeRender:SceneFile=\"old.scene\" qzeRender:ApplicationVersion=\"1.0\""
                            " qzeRender:RenderDate=\"2024-01-02T03:04:05\"",
                      "<qzeRender:Camera><rdf:Seq><rdf:li rdf:parseType=\"Resource\">"
                      "<qzeRender:Key>fov</qzeRender:Key><qzeRender:Value>45</qzeRender:Value>"
                      "</rdf:li></rdf:Seq></qzeRender:Camera>"
                      "<qzeRender:Image><rdf:Seq/></qzeRender:Image>");
-}
-
-// Well-formed XMP whose structures nest depth levels deep.
-std::string nestedPacket(int depth)
-{
-    std::string open;
-    std::string close;
-    for (int level = 0; level < depth; ++level) {
-        open += "<ex:Level rdf:parseType=\"Resource\">";
-        close += "</ex:Level>";
-    }
-    return xmpPacket("xmlns:ex=\"http://example.com/nested/\"",
-                     open + "<ex:Leaf>deep</ex:Leaf>" + close);
 }
 
 bool isWellFormedXml(const std::string& text)
@@ -646,7 +624,7 @@ void tst_zeImageMetaData::emptyRecordRemovesTheRecord()
 // property we do not know.
 void tst_zeImageMetaData::recordIsReadByNamespaceWhateverThePrefix()
 {
-    const std::string packet = xmpPacket(
+    const std::string packet = ImageFixtures::xmpPacket(
         "xmlns:rs=\"" + OurNamespace + "\" rs:SceneFile=\"a.scene\" rs:Future=\"later\"",
         "<rs:RenderDate>2023-12-24T18:00:00Z</rs:RenderDate>"
         "<rs:Camera><rdf:Seq>"
@@ -713,7 +691,7 @@ void tst_zeImageMetaData::restampingAnOldRecordReplacesIt()
 // make later stamps write into that namespace.
 void tst_zeImageMetaData::ourPrefixBoundElsewhereIsNoRecordAndDoesNotStick()
 {
-    const std::string packet = xmpPacket(
+    const std::string packet = ImageFixtures::xmpPacket(
         "xmlns:qtcRender=\"http://elsewhere.example/ns/\" qtcRender:SceneFile=\"fake.scene\"",
         "<qtcRender:Camera><rdf:Seq/></qtcRender:Camera>");
     const QString impostor = plainFile(QStringLiteral("impostor.jpg"), "jpeg");
@@ -817,7 +795,7 @@ void tst_zeImageMetaData::attachmentThatIsNoXmpHoldsNothing_data()
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("not XML") << QByteArray("@EXPOSURE_TIME 1/100\n<<<");
     const std::string recordPacket =
-        xmpPacket("xmlns:qtcRender=\"" + OurNamespace + "\" qtcRender:SceneFile=\"cut.scene\"", "");
+        ImageFixtures::xmpPacket("xmlns:qtcRender=\"" + OurNamespace + "\" qtcRender:SceneFile=\"cut.scene\"", "");
     QTest::newRow("cut XMP")
         << QByteArray::fromStdString(recordPacket.substr(0, recordPacket.size() - 20));
     QTest::newRow("binary") << QByteArray("\x00\xff\xfe<\x01", 5);
@@ -894,7 +872,7 @@ void tst_zeImageMetaData::stampFailuresLeaveTheFileAlone()
 // packet while saving.
 void tst_zeImageMetaData::stampRefusesXmpExiv2CannotEncode()
 {
-    const std::string packet = xmpPacket(
+    const std::string packet = ImageFixtures::xmpPacket(
         "xmlns:other=\"http://other.example/ns/\" xmlns:rs=\"" + OurNamespace + '"',
         "<other:List><rdf:Seq><rdf:li rdf:parseType=\"Resource\"><rs:Key>k</rs:Key></rdf:li>"
         "</rdf:Seq></other:List>");
@@ -913,7 +891,7 @@ void tst_zeImageMetaData::stampRefusesXmpExiv2CannotEncode()
 // packet.
 void tst_zeImageMetaData::stampRefusesXmpExiv2CannotParse()
 {
-    const std::string packet = nestedPacket(1000);
+    const std::string packet = ImageFixtures::nestedXmpPacket(1000);
     QVERIFY(isWellFormedXml(packet));
     Exiv2::XmpData parsed;
     QVERIFY(Exiv2::XmpParser::decode(parsed, packet) != 0);

@@ -180,14 +180,20 @@ int ImageMetaTool::show(const QString& file)
 
 void ImageMetaTool::printShape(const osg::Image& image)
 {
+    _out << "[Image]\n";
+    if (image.getDepth() == 0) {
+        const QString unknown = tr("unknown");
+        _out << tr("Dimensions:") << ' ' << unknown << '\n'
+             << tr("Depth:") << " 0\n"
+             << tr("Color channel:") << ' ' << unknown << '\n'
+             << tr("Alpha channel:") << ' ' << unknown << '\n';
+        return;
+    }
     const QString yes = tr("yes");
     const QString no = tr("no");
-    _out << "[Image]\n" << tr("Dimensions:") << ' ';
-    if (image.getDepth() == 0)
-        _out << tr("unknown") << '\n';
-    else
-        _out << tr("%1 x %2 px").arg(image.getWidth()).arg(image.getHeight()) << '\n';
-    _out << tr("Depth:") << ' ' << image.getDepth() << '\n'
+    _out << tr("Dimensions:") << ' '
+         << tr("%1 x %2 px").arg(image.getWidth()).arg(image.getHeight()) << '\n'
+         << tr("Depth:") << ' ' << image.getDepth() << '\n'
          << tr("Color channel:") << ' ' << (image.hasColorChannel() ? yes : no) << '\n'
          << tr("Alpha channel:") << ' ' << (image.hasAlphaChannel() ? yes : no) << '\n';
 }

@@ -117,7 +117,8 @@ bool readShapeFromHeader(const QByteArray& file, const QString& suffix, Shape& s
         shape.format = shape.size.isValid() ? reader.imageFormat() : QImage::Format_Invalid;
         if (shape.format < QImage::Format_Invalid || shape.format >= QImage::NImageFormats)
             shape.format = QImage::Format_Invalid;
-        shape.colour = !isGrey(shape.format) && !isBilevel(shape.format);
+        shape.colour = shape.format != QImage::Format_Invalid && !isGrey(shape.format)
+            && !isBilevel(shape.format);
         shape.alpha = shape.format != QImage::Format_Invalid
             && QImage::toPixelFormat(shape.format).alphaUsage() == QPixelFormat::UsesAlpha;
         return true;
