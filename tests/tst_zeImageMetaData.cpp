@@ -54,6 +54,7 @@ private slots:
     void recordIsReadByNamespaceWhateverThePrefix();
     void recordIsWrittenInTheStableNamespace();
     void recordOfTheOldNamespaceIsRead();
+    void documentedExampleReadsAsDocumented();
     void restampingAnOldRecordReplacesIt();
     void ourPrefixBoundElsewhereIsNoRecordAndDoesNotStick();
 
@@ -673,6 +674,28 @@ void tst_zeImageMetaData::recordOfTheOldNamespaceIsRead()
     using Settings = std::vector<zeRenderSettings::Setting>;
     QVERIFY(meta.getRenderSettings().getSettings(zeRenderSettings::CameraSettings)
             == Settings({{"fov", "45"}}));
+}
+
+// The example of docs/render-settings-record.md, taken from the document.
+void tst_zeImageMetaData::documentedExampleReadsAsDocumented()
+{
+    const QByteArray document = ImageFixtures::readFile(
+        QDir::cleanPath(QStringLiteral(QTCOLOR_TEST_DATA "/../../docs/render-settings-record.md")));
+    const int start = document.indexOf("```xml\n") + 7;
+    const int end = document.indexOf("```", start);
+    QVERIFY(start > 7 && end > start);
+    const QString file = plainFile(QStringLiteral("documented.jpg"), "jpeg");
+    QVERIFY(ImageFixtures::setXmpPacket(file, document.mid(start, end - start).toStdString()));
+    const zeImageMetaData meta(load(file).image, false);
+    QCOMPARE(meta.containedTALQSettings(), 65);
+    std::string scene, version, date;
+    QVERIFY(meta.getGeneralInformation(scene, version, date));
+    QCOMPARE(scene, std::string("scenes/Showroom.scene"));
+    QCOMPARE(version, std::string("2024.3"));
+    QCOMPARE(date, std::string("2024-05-17T14:30:00"));
+    using Settings = std::vector<zeRenderSettings::Setting>;
+    QVERIFY(meta.getRenderSettings().getSettings(zeRenderSettings::CameraSettings)
+            == Settings({{"Field of view", "45"}}));
 }
 
 void tst_zeImageMetaData::restampingAnOldRecordReplacesIt()
