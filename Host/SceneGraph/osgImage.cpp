@@ -24,21 +24,22 @@ struct Shape
     bool alpha = false;
 };
 
-// The content names the format; the file's suffix is the fallback for
-// formats without a signature of their own (a TGA file's first bytes pass
-// for a cursor's).
-QList<QByteArray> formatsToTry(const QString& suffix)
+// Calls take(reader) with a reader over file for each format that takes
+// it, until take answers true; false when none did. The content names the
+// format; the file's suffix is the fallback for formats without a signature
+// of their own (a TGA file's first bytes pass for a cursor's).
+template <class Take>
+bool readWithFittingReader(const QByteArray& file, const QString& suffix, Take take)
 {
-    return {QByteArray(), suffix.toLower().toLatin1()};
-}
-
-void openReader(const QByteArray& file, const QByteArray& format, QBuffer& buffer,
-                QImageReader& reader)
-{
-    buffer.setData(file);
-    buffer.open(QIODevice::ReadOnly);
-    reader.setDevice(&buffer);
-    reader.setFormat(format);
+    for (const QByteArray& format : {QByteArray(), suffix.toLower().toLatin1()}) {
+        QBuffer buffer;
+        buffer.setData(file);
+        buffer.open(QIODevice::ReadOnly);
+        QImageReader reader(&buffer, format);
+        if (reader.canRead() && take(reader))
+            return true;
+    }
+    return false;
 }
 
 bool fitsPixelLimit(QImageReader& reader)
@@ -80,20 +81,13 @@ bool carriesColour(const QImage& pixels)
 bool decode(const QByteArray& file, const QString& suffix, QImage& pixels, std::string& why)
 {
     why = "not an image this program can decode, or damaged";
-    for (const QByteArray& format : formatsToTry(suffix)) {
-        QBuffer buffer;
-        QImageReader reader;
-        openReader(file, format, buffer, reader);
-        if (!reader.canRead())
-            continue;
+    return readWithFittingReader(file, suffix, [&](QImageReader& reader) {
         if (!fitsPixelLimit(reader)) {
             why = "its pixels would take more than 1 GiB";
             return false;
         }
-        if (reader.read(&pixels) && !pixels.isNull())
-            return true;
-    }
-    return false;
+        return reader.read(&pixels) && !pixels.isNull();
+    });
 }
 
 Shape shapeOfPixels(const QImage& pixels)
@@ -105,12 +99,7 @@ Shape shapeOfPixels(const QImage& pixels)
 // installed plugin takes the file for its format.
 bool readShapeFromHeader(const QByteArray& file, const QString& suffix, Shape& shape)
 {
-    for (const QByteArray& format : formatsToTry(suffix)) {
-        QBuffer buffer;
-        QImageReader reader;
-        openReader(file, format, buffer, reader);
-        if (!reader.canRead())
-            continue;
+    return readWithFittingReader(file, suffix, [&](QImageReader& reader) {
         shape.size = reader.size();
         // Some plugins answer the format with garbage when the header could
         // not be read.
@@ -122,8 +111,7 @@ bool readShapeFromHeader(const QByteArray& file, const QString& suffix, Shape& s
         shape.alpha = shape.format != QImage::Format_Invalid
             && QImage::toPixelFormat(shape.format).alphaUsage() == QPixelFormat::UsesAlpha;
         return true;
-    }
-    return false;
+    });
 }
 
 // The samples of a pixel in the TIFF sense: one for grey and for palette
