@@ -136,42 +136,78 @@ bool isWellFormedXml(const std::string& text)
     return !xml.hasError();
 }
 
-// A name in directory other than except; a temporary file without a name
-// shows as "directory/#inode (deleted)".
-bool isOtherFileIn(const QString& target, const QString& directory, const QString& except)
+// "pid (name) state ppid ..." of /proc/<pid>/stat, the fields after the
+// name's closing parenthesis; empty when the process is gone.
+QList<QByteArray> processStatus(const QString& pid)
 {
-    return target.startsWith(directory + QLatin1Char('/')) && target != except;
+    QFile stat(QStringLiteral("/proc/") + pid + QStringLiteral("/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray line = stat.readAll();
+    return line.mid(line.lastIndexOf(')') + 2).split(' ');
 }
 
-// Whether a child of this process has written into a file in directory
-// other than except. The temporary file of a save may have no name until it
-// is renamed (O_TMPFILE), so the child's open files are looked at.
-bool childIsWritingInto(const QString& directory, const QString& except)
+// Watches the child of this process for killChildDuringWrite: answers true
+// once the child has written into a file in directory other than except,
+// or has ended (then there is nothing left to wait for). The temporary file
+// of a save may have no name until it is renamed (O_TMPFILE), so the
+// child's open files are looked at. The child is looked up once, so each
+// poll costs little even on a busy machine.
+class ChildWriteWatch
 {
-    const QString self = QString::number(getpid());
-    for (const QFileInfo& process : QDir(QStringLiteral("/proc")).entryInfoList(QDir::Dirs)) {
-        QFile stat(process.filePath() + QStringLiteral("/stat"));
-        if (!stat.open(QIODevice::ReadOnly))
-            continue;
-        // "pid (name) state ppid ...": the parent follows the name's parenthesis.
-        const QByteArray line = stat.readAll();
-        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-        if (fields.size() < 2 || fields.at(1) != self.toLatin1())
-            continue;
-        const QDir descriptors(process.filePath() + QStringLiteral("/fd"));
+public:
+    ChildWriteWatch(const QString& directory, const QString& except)
+        : _directory(directory), _except(except)
+    {
+    }
+
+    bool operator()()
+    {
+        if (_child.isEmpty())
+            _child = findChild();
+        if (_child.isEmpty())
+            return false;
+        const QList<QByteArray> status = processStatus(_child);
+        return status.isEmpty() || status.at(0) == "Z" || isWriting();
+    }
+
+private:
+    static QString findChild()
+    {
+        const QByteArray self = QByteArray::number(getpid());
+        for (const QString& pid : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+            const QList<QByteArray> status = processStatus(pid);
+            if (status.size() > 1 && status.at(1) == self)
+                return pid;
+        }
+        return QString();
+    }
+
+    bool isWriting() const
+    {
+        const QDir descriptors(QStringLiteral("/proc/") + _child + QStringLiteral("/fd"));
         for (const QString& descriptor : descriptors.entryList(QDir::Files | QDir::System)) {
             const QByteArray link = QFile::encodeName(descriptors.filePath(descriptor));
             char target[4096];
             const ssize_t length = readlink(link.constData(), target, sizeof target);
             struct stat written;
             if (length > 0 && ::stat(link.constData(), &written) == 0 && written.st_size > 0
-                && isOtherFileIn(QFile::decodeName(QByteArray(target, int(length))), directory,
-                                 except))
+                && isOtherFileIn(QFile::decodeName(QByteArray(target, int(length)))))
                 return true;
         }
+        return false;
     }
-    return false;
-}
+
+    // A temporary file without a name shows as "directory/#inode (deleted)".
+    bool isOtherFileIn(const QString& target) const
+    {
+        return target.startsWith(_directory + QLatin1Char('/')) && target != _except;
+    }
+
+    QString _directory;
+    QString _except;
+    QString _child;
+};
 
 QStringList filesIn(const QString& directory)
 {
@@ -978,7 +1014,7 @@ void tst_zeImageMetaData::stampKilledMidWriteLeavesTheOriginal()
     QVERIFY(ImageFixtures::writeFile(file, png.left(png.size() - end.size()) + bulk + end));
     const QByteArray before = ImageFixtures::readFile(file);
 
-    const auto copyBeingWritten = [&] { return childIsWritingInto(disk.path(), file); };
+    ChildWriteWatch copyBeingWritten(disk.path(), file);
     const ChildResult child = killChildDuringWrite(
         [&] { zeImageMetaWriter::stamp(file.toUtf8().constData(), sampleRecord(), false); },
         copyBeingWritten);
