@@ -1,7 +1,9 @@
 // Writes the seed corpus of fuzz_image_metadata: tiny images in the formats
 // exiv2 reads, carrying EXIF tags, the render-settings record and EXIF
 // inside XMP, plus an XMP sidecar and files without metadata. Each stays
-// under the 16 KiB that the fuzzer's inputs may grow to.
+// under the 16 KiB that the fuzzer's inputs may grow to. legacy-record.xmp,
+// a sidecar with a record of the placeholder namespace that early builds
+// wrote, stays in the corpus beside them; this program no longer makes it.
 //
 // Usage: make_image_seeds DIRECTORY
 #include <zeImageMetaWriter.h>

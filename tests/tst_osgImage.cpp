@@ -4,11 +4,11 @@
 #include <zeImageMetaData.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImageReader>
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <array>
 
 // The scene graph's image container: counting, attachments, reading every
 // format the installed Qt plugins read, and refusing files it should not
@@ -37,6 +37,16 @@ private slots:
     void filesOverOneGiBAreRefused();
     void imagesDecodingToOverOneGiBAreRefused();
 
+    void readHeaderGivesSizeAndChannelsWithoutPixels_data();
+    void readHeaderGivesSizeAndChannelsWithoutPixels();
+    void readHeaderTakesTheMetadataLikeRead();
+    void readHeaderOfADecompressionBombIsQuick();
+    void readHeaderOfAHugeJpegGivesItsSize();
+    void readHeaderOfAJpegWithoutImageDataGivesItsMetadata();
+    void readHeaderOfAJpegCutInItsImageDataGivesItsSize();
+    void readHeaderNamesWhyItFails_data();
+    void readHeaderNamesWhyItFails();
+
 private:
     QString path(const QString& name) const { return _dir.filePath(name); }
     QString goodFile() const { return path(QStringLiteral("good.png")); }
@@ -53,101 +63,6 @@ bool near(QRgb actual, QRgb expected, int tolerance)
     return qAbs(qRed(actual) - qRed(expected)) <= tolerance
         && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
         && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
-}
-
-QByteArray bigEndian32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        bytes[i] = char(value >> (24 - 8 * i));
-    return bytes;
-}
-
-// CRC-32 as PNG chunks carry it (ISO 3309, reflected polynomial 0xEDB88320).
-quint32 crc32(const QByteArray& bytes)
-{
-    static const std::array<quint32, 256> table = [] {
-        std::array<quint32, 256> entries{};
-        for (quint32 n = 0; n < 256; ++n) {
-            quint32 c = n;
-            for (int k = 0; k < 8; ++k)
-                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            entries[n] = c;
-        }
-        return entries;
-    }();
-    quint32 c = 0xFFFFFFFFu;
-    for (char byte : bytes)
-        c = table[(c ^ quint8(byte)) & 0xFF] ^ (c >> 8);
-    return c ^ 0xFFFFFFFFu;
-}
-
-QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
-{
-    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
-}
-
-// Writes deflate bits: header fields least significant bit first, Huffman
-// codes most significant bit first.
-class BitWriter
-{
-public:
-    void bits(quint32 value, int count)
-    {
-        for (int i = 0; i < count; ++i)
-            bit((value >> i) & 1);
-    }
-    void code(quint32 value, int length)
-    {
-        for (int i = length - 1; i >= 0; --i)
-            bit((value >> i) & 1);
-    }
-    QByteArray bytes() const { return _used ? _bytes + char(_current) : _bytes; }
-
-private:
-    void bit(quint32 value)
-    {
-        _current |= value << _used;
-        if (++_used == 8) {
-            _bytes += char(_current);
-            _current = 0;
-            _used = 0;
-        }
-    }
-    QByteArray _bytes;
-    quint32 _current = 0;
-    int _used = 0;
-};
-
-// A zlib stream of count zero bytes in one fixed-Huffman block: a literal
-// zero, then copies of 258 bytes at distance 1, then literal zeros.
-QByteArray zlibZeros(qint64 count)
-{
-    BitWriter writer;
-    writer.bits(1, 1); // last block
-    writer.bits(1, 2); // fixed Huffman codes
-    const quint32 literalZero = 0x30; // literals 0-143: 8-bit codes from 00110000
-    writer.code(literalZero, 8);
-    const qint64 copies = (count - 1) / 258;
-    for (qint64 i = 0; i < copies; ++i) {
-        writer.code(0xC5, 8); // length 258: symbol 285, 8-bit code 11000101
-        writer.code(0, 5);    // distance 1: code 0
-    }
-    for (qint64 i = 1 + copies * 258; i < count; ++i)
-        writer.code(literalZero, 8);
-    writer.code(0, 7); // end of block: symbol 256
-    const quint32 adler = (quint32(count % 65521) << 16) | 1; // a stays 1 over zeros
-    return QByteArray("\x78\x01", 2) + writer.bytes() + bigEndian32(adler);
-}
-
-// A valid PNG of width x height black 8-bit grey pixels.
-QByteArray blackGreyPng(quint32 width, quint32 height)
-{
-    const QByteArray header = bigEndian32(width) + bigEndian32(height)
-        + QByteArray("\x08\x00\x00\x00\x00", 5); // 8 bits, grey, deflate, no filter, no interlace
-    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header)
-        + pngChunk("IDAT", zlibZeros(qint64(height) * (1 + width)))
-        + pngChunk("IEND", QByteArray());
 }
 
 // Two pixels, red then blue, from a two-entry palette (GIF89a).
@@ -444,13 +359,13 @@ void tst_osgImage::filesOverOneGiBAreRefused()
 void tst_osgImage::imagesDecodingToOverOneGiBAreRefused()
 {
     const QString small = path(QStringLiteral("small-pixels.png"));
-    QVERIFY(ImageFixtures::writeFile(small, blackGreyPng(300, 200)));
+    QVERIFY(ImageFixtures::writeFile(small, ImageFixtures::blackGreyPng(300, 200)));
     const osg::ImagePtr smallImage = osg::Image::create();
     QVERIFY(smallImage->read(small.toUtf8().constData()));
     QCOMPARE(smallImage->getPixels().pixel(299, 199), qRgb(0, 0, 0));
 
     const QString file = path(QStringLiteral("huge-pixels.png"));
-    QVERIFY(ImageFixtures::writeFile(file, blackGreyPng(32768, 32769)));
+    QVERIFY(ImageFixtures::writeFile(file, ImageFixtures::blackGreyPng(32768, 32769)));
     QImageReader header(file);
     QCOMPARE(header.size(), QSize(32768, 32769));
     QCOMPARE(header.imageFormat(), QImage::Format_Grayscale8);
@@ -459,6 +374,191 @@ void tst_osgImage::imagesDecodingToOverOneGiBAreRefused()
     QVERIFY(!image->read(file.toUtf8().constData()));
     QCOMPARE(image->getDepth(), 0);
     QFile::remove(file);
+}
+
+void tst_osgImage::readHeaderGivesSizeAndChannelsWithoutPixels_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<QImage>("written");
+    QTest::addColumn<bool>("colour");
+    QTest::addColumn<bool>("alpha");
+
+    const auto filled = [](QImage::Format format) {
+        return ImageFixtures::filled(12, 5, format, QColor(200, 60, 40, 100));
+    };
+    QImage colourPalette = filled(QImage::Format_Indexed8);
+    colourPalette.setColorTable({qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(0, 0, 255)});
+    QImage greyPalette = colourPalette;
+    greyPalette.setColorTable({qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(255, 255, 255)});
+    QTest::newRow("PNG RGB") << QByteArray("png") << filled(QImage::Format_RGB32) << true << false;
+    QTest::newRow("PNG RGBA") << QByteArray("png") << filled(QImage::Format_ARGB32) << true << true;
+    QTest::newRow("PNG RGBA 16 bits")
+        << QByteArray("png") << filled(QImage::Format_RGBA64) << true << true;
+    QTest::newRow("PNG grey") << QByteArray("png") << filled(QImage::Format_Grayscale8) << false
+                              << false;
+    QTest::newRow("PNG bilevel") << QByteArray("png") << filled(QImage::Format_Mono) << false
+                                 << false;
+    // The entries are not read: any 8-bit palette counts as colour.
+    QTest::newRow("PNG palette") << QByteArray("png") << colourPalette << true << false;
+    QTest::newRow("PNG palette of grey entries")
+        << QByteArray("png") << greyPalette << true << false;
+    QTest::newRow("JPEG colour") << QByteArray("jpeg") << filled(QImage::Format_RGB32) << true
+                                 << false;
+    QTest::newRow("JPEG grey") << QByteArray("jpeg") << filled(QImage::Format_Grayscale8) << false
+                               << false;
+    QTest::newRow("TIFF RGBA") << QByteArray("tiff") << filled(QImage::Format_ARGB32) << true
+                               << true;
+}
+
+void tst_osgImage::readHeaderGivesSizeAndChannelsWithoutPixels()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(QImage, written);
+    QFETCH(bool, colour);
+    QFETCH(bool, alpha);
+    const QString file = path(QStringLiteral("header.") + QString::fromLatin1(format));
+    QVERIFY(ImageFixtures::write(written, file, format));
+    const osg::ImagePtr image = osg::Image::create();
+    std::string why = "stale";
+    QVERIFY(image->readHeader(file.toUtf8().constData(), &why));
+    QCOMPARE(why, std::string());
+    QCOMPARE(image->getName(), file.toStdString());
+    QCOMPARE(image->getWidth(), 12);
+    QCOMPARE(image->getHeight(), 5);
+    QCOMPARE(image->getDepth(), 1);
+    QCOMPARE(image->hasColorChannel(), colour);
+    QCOMPARE(image->hasAlphaChannel(), alpha);
+    QVERIFY(image->getPixels().isNull());
+}
+
+void tst_osgImage::readHeaderTakesTheMetadataLikeRead()
+{
+    const QString tagged = path(QStringLiteral("header-tagged.jpg"));
+    QVERIFY(ImageFixtures::writePlain(tagged, "jpeg"));
+    QVERIFY(ImageFixtures::addTags(tagged, {{"Exif.Image.Make", "Maker"},
+                                            {"Exif.Photo.FNumber", "4/1"},
+                                            {"Xmp.exif.FNumber", "4/1"}}));
+    const osg::ImagePtr header = osg::Image::create();
+    header->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(header->readHeader(tagged.toUtf8().constData()));
+    QCOMPARE(header->findAttachmentField("BaselineData").value_or("<absent>"),
+             std::string("@SAMPLES_PER_PIXEL 3\n@BITS_PER_SAMPLE 8\n@MAKE Maker\n"));
+    QCOMPARE(header->findAttachmentField("EXIFData").value_or("<absent>"),
+             std::string("@F_NUMBER 4\n"));
+
+    const osg::ImagePtr decoded = osg::Image::create();
+    decoded->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(decoded->read(tagged.toUtf8().constData()));
+    for (const std::string& key : {std::string("BaselineData"), std::string("EXIFData"),
+                                   zeImageMetaData::getAttachmentKey()})
+        QCOMPARE(header->findAttachmentField(key), decoded->findAttachmentField(key));
+}
+
+// The same bomb that read() refuses (over 1 GiB once decoded): its header
+// is read in a fraction of the time that inflating it would take.
+void tst_osgImage::readHeaderOfADecompressionBombIsQuick()
+{
+    const QString file = path(QStringLiteral("bomb.png"));
+    QVERIFY(ImageFixtures::writeFile(file, ImageFixtures::blackGreyPng(32768, 32769)));
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(image->readHeader(file.toUtf8().constData()));
+    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(QSize(image->getWidth(), image->getHeight()), QSize(32768, 32769));
+    QVERIFY(!image->hasColorChannel());
+    QCOMPARE(image->findAttachmentField("BaselineData").value_or("<absent>"),
+             std::string("@SAMPLES_PER_PIXEL 1\n@BITS_PER_SAMPLE 8\n"));
+    QVERIFY(image->getPixels().isNull());
+    QFile::remove(file);
+}
+
+// 17000 x 17000 RGB pixels take over 1 GiB: read() refuses, the header
+// still tells the size.
+void tst_osgImage::readHeaderOfAHugeJpegGivesItsSize()
+{
+    const QString file = path(QStringLiteral("huge.jpg"));
+    QVERIFY(ImageFixtures::writePlain(file, "jpeg"));
+    QVERIFY(ImageFixtures::writeFile(
+        file, ImageFixtures::jpegClaimingSize(ImageFixtures::readFile(file), 17000, 17000)));
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(!image->read(file.toUtf8().constData()));
+    QVERIFY(image->readHeader(file.toUtf8().constData()));
+    QCOMPARE(QSize(image->getWidth(), image->getHeight()), QSize(17000, 17000));
+    QCOMPARE(image->getDepth(), 1);
+    QVERIFY(image->hasColorChannel());
+}
+
+void tst_osgImage::readHeaderOfAJpegWithoutImageDataGivesItsMetadata()
+{
+    const QString file = path(QStringLiteral("exif-only.jpg"));
+    QVERIFY(ImageFixtures::writePlain(file, "jpeg"));
+    QVERIFY(ImageFixtures::addTags(file, {{"Exif.Photo.ExposureTime", "1/250"}}));
+    QVERIFY(ImageFixtures::writeFile(
+        file, ImageFixtures::jpegWithoutImageData(ImageFixtures::readFile(file))));
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    QVERIFY(!image->read(file.toUtf8().constData()));
+    QVERIFY(image->readHeader(file.toUtf8().constData()));
+    QCOMPARE(image->getWidth(), 0);
+    QCOMPARE(image->getHeight(), 0);
+    QCOMPARE(image->getDepth(), 0);
+    QCOMPARE(image->findAttachmentField("EXIFData").value_or("<absent>"),
+             std::string("@EXPOSURE_TIME 1/250\n"));
+}
+
+void tst_osgImage::readHeaderOfAJpegCutInItsImageDataGivesItsSize()
+{
+    const QString file = path(QStringLiteral("cut.jpg"));
+    QVERIFY(ImageFixtures::write(ImageFixtures::noise(40, 30, 3), file, "jpeg"));
+    const QByteArray jpeg = ImageFixtures::readFile(file);
+    const int scan = ImageFixtures::jpegSegment(jpeg, 0xda);
+    QVERIFY(scan > 0);
+    QVERIFY(ImageFixtures::writeFile(file, jpeg.left(scan + 16)));
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image->readHeader(file.toUtf8().constData()));
+    QCOMPARE(QSize(image->getWidth(), image->getHeight()), QSize(40, 30));
+}
+
+void tst_osgImage::readHeaderNamesWhyItFails_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("bytes"); // null: nothing is written under file
+    QTest::addColumn<QByteArray>("reason");
+
+    QByteArray wrongSignature = ImageFixtures::readFile(goodFile());
+    wrongSignature[3] = 'X';
+    QTest::newRow("missing") << path(QStringLiteral("absent.png")) << QByteArray()
+                             << QByteArray("no such file");
+    QTest::newRow("directory") << _dir.path() << QByteArray() << QByteArray("is a directory");
+    QTest::newRow("device") << QStringLiteral("/dev/zero") << QByteArray()
+                            << QByteArray("not a regular file (a device, a pipe or a socket)");
+    QTest::newRow("empty") << path(QStringLiteral("nothing.png")) << QByteArray("")
+                           << QByteArray("empty file");
+    QTest::newRow("text") << path(QStringLiteral("prose.txt")) << QByteArray("some words\n")
+                          << QByteArray("not an image format this program reads");
+    QTest::newRow("wrong signature") << path(QStringLiteral("bad-signature.png")) << wrongSignature
+                                     << QByteArray("not an image format this program reads");
+    QTest::newRow("JPEG start and nothing else")
+        << path(QStringLiteral("start-only.jpg")) << QByteArray("\xff\xd8\xff\xd9", 4)
+        << QByteArray("damaged: neither its size nor its metadata can be read");
+}
+
+void tst_osgImage::readHeaderNamesWhyItFails()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, reason);
+    if (!bytes.isNull())
+        QVERIFY(ImageFixtures::writeFile(file, bytes));
+    const osg::ImagePtr image = osg::Image::create();
+    QVERIFY(image->readHeader(goodFile().toUtf8().constData()));
+    std::string why;
+    QVERIFY(!image->readHeader(file.toUtf8().constData(), &why));
+    QCOMPARE(QByteArray::fromStdString(why), reason);
+    QCOMPARE(image->getName(), goodFile().toStdString());
+    QCOMPARE(image->getWidth(), 8);
 }
 
 QTEST_GUILESS_MAIN(tst_osgImage)

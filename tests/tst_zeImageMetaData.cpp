@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "ImageFixtures.h"
 #include "TestHelpers.h"
 
@@ -7,8 +8,14 @@
 #include <zeLog.h>
 #include <zeRenderSettings.h>
 
+#include <QDir>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 #include <QtTest>
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <cstring>
 
 Q_DECLARE_METATYPE(ImageFixtures::Tags)
 Q_DECLARE_METATYPE(zeImageMetaWriter::Result)
@@ -45,6 +52,10 @@ private slots:
     void textsXmlCannotCarryBecomeReplacementCharacters();
     void emptyRecordRemovesTheRecord();
     void recordIsReadByNamespaceWhateverThePrefix();
+    void recordIsWrittenInTheStableNamespace();
+    void recordOfTheOldNamespaceIsRead();
+    void documentedExampleReadsAsDocumented();
+    void restampingAnOldRecordReplacesIt();
     void ourPrefixBoundElsewhereIsNoRecordAndDoesNotStick();
 
     void exifInsideXmpIsReadOnlyWhenAskedFor();
@@ -58,6 +69,12 @@ private slots:
     void stampFailuresLeaveTheFileAlone_data();
     void stampFailuresLeaveTheFileAlone();
     void stampRefusesXmpExiv2CannotEncode();
+    void stampRefusesXmpExiv2CannotParse();
+    void stampOnAFullDiskLeavesTheOriginal_data();
+    void stampOnAFullDiskLeavesTheOriginal();
+    void stampKilledMidWriteLeavesTheOriginal();
+    void stampNamesWhyAFileCannotBeRead_data();
+    void stampNamesWhyAFileCannotBeRead();
     void stampRefusesFilesOverOneGiB();
     void stampReportsAFileItCannotReplace();
 
@@ -93,15 +110,108 @@ std::string attachment(const osg::ImagePtr& image, const std::string& key)
 // What an opaque 8-bit RGB JPEG's decoder reports when the file has no tags.
 const std::string JpegDecoderLines = "@SAMPLES_PER_PIXEL 3\n@BITS_PER_SAMPLE 8\n";
 
-const std::string OurNamespace = "http://ns.qtcolor.example/render-settings/1.0/";
+// The record's namespace as docs/render-settings-record.md fixes it, and the
+// placeholder that records were written with before.
+const std::string OurNamespace = "urn:qtcolor:render-settings:1.0/";
+const std::string OldNamespace = "http://ns.qtcolor.example/render-settings/1.0/";
 
-// An XMP packet of one description with the given attributes and content.
-std::string xmpPacket(const std::string& attributes, const std::string& content)
+// A record as the placeholder namespace wrote it: camera with one setting,
+// image without settings.
+std::string oldRecordPacket()
 {
-    return "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
-           "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
-           "<rdf:Description rdf:about=\"\" "
-        + attributes + ">" + content + "</rdf:Description></rdf:RDF></x:xmpmeta>";
+    return ImageFixtures::xmpPacket("xmlns:qzeRender=\"" + OldNamespace
+                         + "\" qzeRender:SceneFile=\"old.scene\" qzeRender:ApplicationVersion=\"1.0\""
+                           " qzeRender:RenderDate=\"2024-01-02T03:04:05\"",
+                     "<qzeRender:Camera><rdf:Seq><rdf:li rdf:parseType=\"Resource\">"
+                     "<qzeRender:Key>fov</qzeRender:Key><qzeRender:Value>45</qzeRender:Value>"
+                     "</rdf:li></rdf:Seq></qzeRender:Camera>"
+                     "<qzeRender:Image><rdf:Seq/></qzeRender:Image>");
+}
+
+bool isWellFormedXml(const std::string& text)
+{
+    QXmlStreamReader xml(QByteArray::fromStdString(text));
+    while (!xml.atEnd())
+        xml.readNext();
+    return !xml.hasError();
+}
+
+// "pid (name) state ppid ..." of /proc/<pid>/stat, the fields after the
+// name's closing parenthesis; empty when the process is gone.
+QList<QByteArray> processStatus(const QString& pid)
+{
+    QFile stat(QStringLiteral("/proc/") + pid + QStringLiteral("/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray line = stat.readAll();
+    return line.mid(line.lastIndexOf(')') + 2).split(' ');
+}
+
+// Watches the child of this process for killChildDuringWrite: answers true
+// once the child has written into a file in directory other than except,
+// or has ended (then there is nothing left to wait for). The temporary file
+// of a save may have no name until it is renamed (O_TMPFILE), so the
+// child's open files are looked at. The child is looked up once, so each
+// poll costs little even on a busy machine.
+class ChildWriteWatch
+{
+public:
+    ChildWriteWatch(const QString& directory, const QString& except)
+        : _directory(directory), _except(except)
+    {
+    }
+
+    bool operator()()
+    {
+        if (_child.isEmpty())
+            _child = findChild();
+        if (_child.isEmpty())
+            return false;
+        const QList<QByteArray> status = processStatus(_child);
+        return status.isEmpty() || status.at(0) == "Z" || isWriting();
+    }
+
+private:
+    static QString findChild()
+    {
+        const QByteArray self = QByteArray::number(getpid());
+        for (const QString& pid : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+            const QList<QByteArray> status = processStatus(pid);
+            if (status.size() > 1 && status.at(1) == self)
+                return pid;
+        }
+        return QString();
+    }
+
+    bool isWriting() const
+    {
+        const QDir descriptors(QStringLiteral("/proc/") + _child + QStringLiteral("/fd"));
+        for (const QString& descriptor : descriptors.entryList(QDir::Files | QDir::System)) {
+            const QByteArray link = QFile::encodeName(descriptors.filePath(descriptor));
+            char target[4096];
+            const ssize_t length = readlink(link.constData(), target, sizeof target);
+            struct stat written;
+            if (length > 0 && ::stat(link.constData(), &written) == 0 && written.st_size > 0
+                && isOtherFileIn(QFile::decodeName(QByteArray(target, int(length)))))
+                return true;
+        }
+        return false;
+    }
+
+    // A temporary file without a name shows as "directory/#inode (deleted)".
+    bool isOtherFileIn(const QString& target) const
+    {
+        return target.startsWith(_directory + QLatin1Char('/')) && target != _except;
+    }
+
+    QString _directory;
+    QString _except;
+    QString _child;
+};
+
+QStringList filesIn(const QString& directory)
+{
+    return QDir(directory).entryList(QDir::Files | QDir::Hidden | QDir::System);
 }
 
 } // namespace
@@ -551,7 +661,7 @@ void tst_zeImageMetaData::emptyRecordRemovesTheRecord()
 // property we do not know.
 void tst_zeImageMetaData::recordIsReadByNamespaceWhateverThePrefix()
 {
-    const std::string packet = xmpPacket(
+    const std::string packet = ImageFixtures::xmpPacket(
         "xmlns:rs=\"" + OurNamespace + "\" rs:SceneFile=\"a.scene\" rs:Future=\"later\"",
         "<rs:RenderDate>2023-12-24T18:00:00Z</rs:RenderDate>"
         "<rs:Camera><rdf:Seq>"
@@ -576,14 +686,73 @@ void tst_zeImageMetaData::recordIsReadByNamespaceWhateverThePrefix()
             == Settings({{"fov", "45"}, {"aperture", "2.8"}}));
 }
 
+void tst_zeImageMetaData::recordIsWrittenInTheStableNamespace()
+{
+    const QString file = plainFile(QStringLiteral("stable.png"), "png");
+    QZE_CHECK(stamp(file, sampleRecord()));
+    const std::string packet = load(file).record;
+    QVERIFY(packet.find("xmlns:qtcRender=\"urn:qtcolor:render-settings:1.0/\"")
+            != std::string::npos);
+    QVERIFY(packet.find("ns.qtcolor.example") == std::string::npos);
+}
+
+void tst_zeImageMetaData::recordOfTheOldNamespaceIsRead()
+{
+    const QString file = plainFile(QStringLiteral("old-namespace.jpg"), "jpeg");
+    QVERIFY(ImageFixtures::setXmpPacket(file, oldRecordPacket()));
+    const zeImageMetaData meta(load(file).image, false);
+    QCOMPARE(meta.containedTALQSettings(), 1 | 8);
+    std::string scene, version, date;
+    QVERIFY(meta.getGeneralInformation(scene, version, date));
+    QCOMPARE(scene, std::string("old.scene"));
+    QCOMPARE(version, std::string("1.0"));
+    QCOMPARE(date, std::string("2024-01-02T03:04:05"));
+    using Settings = std::vector<zeRenderSettings::Setting>;
+    QVERIFY(meta.getRenderSettings().getSettings(zeRenderSettings::CameraSettings)
+            == Settings({{"fov", "45"}}));
+}
+
+// The example of docs/render-settings-record.md, taken from the document.
+void tst_zeImageMetaData::documentedExampleReadsAsDocumented()
+{
+    const QByteArray document = ImageFixtures::readFile(
+        QDir::cleanPath(QStringLiteral(QTCOLOR_TEST_DATA "/../../docs/render-settings-record.md")));
+    const int start = document.indexOf("```xml\n") + 7;
+    const int end = document.indexOf("```", start);
+    QVERIFY(start > 7 && end > start);
+    const QString file = plainFile(QStringLiteral("documented.jpg"), "jpeg");
+    QVERIFY(ImageFixtures::setXmpPacket(file, document.mid(start, end - start).toStdString()));
+    const zeImageMetaData meta(load(file).image, false);
+    QCOMPARE(meta.containedTALQSettings(), 65);
+    std::string scene, version, date;
+    QVERIFY(meta.getGeneralInformation(scene, version, date));
+    QCOMPARE(scene, std::string("scenes/Showroom.scene"));
+    QCOMPARE(version, std::string("2024.3"));
+    QCOMPARE(date, std::string("2024-05-17T14:30:00"));
+    using Settings = std::vector<zeRenderSettings::Setting>;
+    QVERIFY(meta.getRenderSettings().getSettings(zeRenderSettings::CameraSettings)
+            == Settings({{"Field of view", "45"}}));
+}
+
+void tst_zeImageMetaData::restampingAnOldRecordReplacesIt()
+{
+    const QString file = plainFile(QStringLiteral("old-restamped.jpg"), "jpeg");
+    QVERIFY(ImageFixtures::setXmpPacket(file, oldRecordPacket()));
+    QZE_CHECK(stamp(file, sampleRecord()));
+    const Blocks blocks = load(file);
+    QVERIFY(blocks.record.find(OldNamespace) == std::string::npos);
+    QVERIFY(blocks.record.find(OurNamespace) != std::string::npos);
+    QVERIFY(zeImageMetaData(blocks.image, false).getRenderSettings() == sampleRecord());
+}
+
 // exiv2 lets each packet rebind prefixes for the whole process; a file that
-// binds "qzeRender" to another namespace must neither pass for a record nor
+// binds "qtcRender" to another namespace must neither pass for a record nor
 // make later stamps write into that namespace.
 void tst_zeImageMetaData::ourPrefixBoundElsewhereIsNoRecordAndDoesNotStick()
 {
-    const std::string packet = xmpPacket(
-        "xmlns:qzeRender=\"http://elsewhere.example/ns/\" qzeRender:SceneFile=\"fake.scene\"",
-        "<qzeRender:Camera><rdf:Seq/></qzeRender:Camera>");
+    const std::string packet = ImageFixtures::xmpPacket(
+        "xmlns:qtcRender=\"http://elsewhere.example/ns/\" qtcRender:SceneFile=\"fake.scene\"",
+        "<qtcRender:Camera><rdf:Seq/></qtcRender:Camera>");
     const QString impostor = plainFile(QStringLiteral("impostor.jpg"), "jpeg");
     QVERIFY(ImageFixtures::setXmpPacket(impostor, packet));
     const zeImageMetaData impostorMeta(load(impostor).image, true);
@@ -594,14 +763,14 @@ void tst_zeImageMetaData::ourPrefixBoundElsewhereIsNoRecordAndDoesNotStick()
     const QString genuine = plainFile(QStringLiteral("genuine.png"), "png");
     QZE_CHECK(stamp(genuine, sampleRecord()));
     const Blocks blocks = load(genuine);
-    QVERIFY(blocks.record.find("xmlns:qzeRender=\"" + OurNamespace + '"') != std::string::npos);
+    QVERIFY(blocks.record.find("xmlns:qtcRender=\"" + OurNamespace + '"') != std::string::npos);
     QCOMPARE(zeImageMetaData(blocks.image, false).containedTALQSettings(), 1 | 8 | 64);
 
     std::string detail;
     QCOMPARE(
         zeImageMetaWriter::stamp(impostor.toUtf8().constData(), sampleRecord(), false, &detail),
         zeImageMetaWriter::CannotEncode);
-    QVERIFY2(QByteArray::fromStdString(detail).contains("qzeRender"), detail.c_str());
+    QVERIFY2(QByteArray::fromStdString(detail).contains("qtcRender"), detail.c_str());
 }
 
 void tst_zeImageMetaData::exifInsideXmpIsReadOnlyWhenAskedFor()
@@ -685,7 +854,7 @@ void tst_zeImageMetaData::attachmentThatIsNoXmpHoldsNothing_data()
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("not XML") << QByteArray("@EXPOSURE_TIME 1/100\n<<<");
     const std::string recordPacket =
-        xmpPacket("xmlns:qzeRender=\"" + OurNamespace + "\" qzeRender:SceneFile=\"cut.scene\"", "");
+        ImageFixtures::xmpPacket("xmlns:qtcRender=\"" + OurNamespace + "\" qtcRender:SceneFile=\"cut.scene\"", "");
     QTest::newRow("cut XMP")
         << QByteArray::fromStdString(recordPacket.substr(0, recordPacket.size() - 20));
     QTest::newRow("binary") << QByteArray("\x00\xff\xfe<\x01", 5);
@@ -762,7 +931,7 @@ void tst_zeImageMetaData::stampFailuresLeaveTheFileAlone()
 // packet while saving.
 void tst_zeImageMetaData::stampRefusesXmpExiv2CannotEncode()
 {
-    const std::string packet = xmpPacket(
+    const std::string packet = ImageFixtures::xmpPacket(
         "xmlns:other=\"http://other.example/ns/\" xmlns:rs=\"" + OurNamespace + '"',
         "<other:List><rdf:Seq><rdf:li rdf:parseType=\"Resource\"><rs:Key>k</rs:Key></rdf:li>"
         "</rdf:Seq></other:List>");
@@ -774,6 +943,104 @@ void tst_zeImageMetaData::stampRefusesXmpExiv2CannotEncode()
              zeImageMetaWriter::CannotEncode);
     QVERIFY(!detail.empty());
     QCOMPARE(ImageFixtures::readFile(file), before);
+}
+
+// Structures nested a thousand deep are well-formed XML, but exiv2's parser
+// gives up on them; exiv2 would then write the record in place of the
+// packet.
+void tst_zeImageMetaData::stampRefusesXmpExiv2CannotParse()
+{
+    const std::string packet = ImageFixtures::nestedXmpPacket(1000);
+    QVERIFY(isWellFormedXml(packet));
+    Exiv2::XmpData parsed;
+    QVERIFY(Exiv2::XmpParser::decode(parsed, packet) != 0);
+    const QString file = path(QStringLiteral("nested.jpg"));
+    const QByteArray jpeg = ImageFixtures::readFile(plainFile(QStringLiteral("nested.jpg"), "jpeg"));
+    QVERIFY(ImageFixtures::writeFile(
+        file, ImageFixtures::jpegWithXmpSegment(jpeg, QByteArray::fromStdString(packet))));
+    const QByteArray before = ImageFixtures::readFile(file);
+
+    std::string detail;
+    QCOMPARE(zeImageMetaWriter::stamp(file.toUtf8().constData(), sampleRecord(), false, &detail),
+             zeImageMetaWriter::UnreadableXMP);
+    QVERIFY(!detail.empty());
+    QCOMPARE(ImageFixtures::readFile(file), before);
+}
+
+void tst_zeImageMetaData::stampOnAFullDiskLeavesTheOriginal_data()
+{
+    QTest::addColumn<int>("side");
+    QTest::addColumn<qint64>("limit");
+    // About 12 KiB: the stamped copy waits in the write buffer, and only the
+    // final flush meets the limit.
+    QTest::newRow("small image") << 64 << qint64(4096);
+    // About 750 KiB: the write itself meets the limit.
+    QTest::newRow("large image") << 500 << qint64(65536);
+}
+
+void tst_zeImageMetaData::stampOnAFullDiskLeavesTheOriginal()
+{
+    QFETCH(int, side);
+    QFETCH(qint64, limit);
+    QTemporaryDir disk;
+    const QString file = disk.filePath(QStringLiteral("full.png"));
+    QVERIFY(ImageFixtures::write(ImageFixtures::noise(side, side, 7), file));
+    const QByteArray before = ImageFixtures::readFile(file);
+    QVERIFY(before.size() > limit);
+
+    const std::string fileTooLarge = std::strerror(EFBIG);
+    const ChildResult child = runWithFileSizeLimit(limit, [&] {
+        std::string detail;
+        const zeImageMetaWriter::Result result =
+            zeImageMetaWriter::stamp(file.toUtf8().constData(), sampleRecord(), false, &detail);
+        return result == zeImageMetaWriter::CannotWriteFile && detail == fileTooLarge ? 0 : 1;
+    });
+    QVERIFY(child.exited);
+    QCOMPARE(child.exitCode, 0);
+    QCOMPARE(ImageFixtures::readFile(file), before);
+    QCOMPARE(filesIn(disk.path()), QStringList{QStringLiteral("full.png")});
+}
+
+// A small PNG carrying 16 MiB in a private chunk, which the stamp copies
+// along: the kill lands while the copy is being written.
+void tst_zeImageMetaData::stampKilledMidWriteLeavesTheOriginal()
+{
+    QTemporaryDir disk;
+    const QString file = disk.filePath(QStringLiteral("large.png"));
+    const QByteArray png = ImageFixtures::blackGreyPng(4, 4);
+    const QByteArray end = ImageFixtures::pngChunk("IEND", QByteArray());
+    const QByteArray bulk = ImageFixtures::pngChunk("qtCo", QByteArray(16 << 20, 'x'));
+    QVERIFY(png.endsWith(end));
+    QVERIFY(ImageFixtures::writeFile(file, png.left(png.size() - end.size()) + bulk + end));
+    const QByteArray before = ImageFixtures::readFile(file);
+
+    ChildWriteWatch copyBeingWritten(disk.path(), file);
+    const ChildResult child = killChildDuringWrite(
+        [&] { zeImageMetaWriter::stamp(file.toUtf8().constData(), sampleRecord(), false); },
+        copyBeingWritten);
+    QVERIFY2(!child.exited, "the stamp finished before it could be killed");
+    QCOMPARE(child.signal, SIGKILL);
+    QCOMPARE(ImageFixtures::readFile(file), before);
+}
+
+void tst_zeImageMetaData::stampNamesWhyAFileCannotBeRead_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("missing") << path(QStringLiteral("nowhere.png")) << QByteArray("no such file");
+    QTest::newRow("directory") << _dir.path() << QByteArray("is a directory");
+    QTest::newRow("device") << QStringLiteral("/dev/null")
+                            << QByteArray("not a regular file (a device, a pipe or a socket)");
+}
+
+void tst_zeImageMetaData::stampNamesWhyAFileCannotBeRead()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, reason);
+    std::string detail;
+    QCOMPARE(zeImageMetaWriter::stamp(file.toUtf8().constData(), sampleRecord(), false, &detail),
+             zeImageMetaWriter::CannotReadFile);
+    QCOMPARE(QByteArray::fromStdString(detail), reason);
 }
 
 void tst_zeImageMetaData::stampRefusesFilesOverOneGiB()

@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "ImageFixtures.h"
 
 #include <osgImage.h>
@@ -9,6 +10,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/resource.h>
+
 // Runs the built zeimagemeta program in a scratch directory and checks what
 // it prints, the records it writes and its exit status.
 class tst_zeimagemeta : public QObject
@@ -18,10 +24,18 @@ class tst_zeimagemeta : public QObject
 private slots:
     void initTestCase();
     void helpDescribesBothCommandsAndSucceeds();
-    void showPrintsTheThreeBlocksUnderTheirNames();
-    void showOfAFileWithoutMetadataPrintsEmptyBlocks();
+    void versionPrintsTheProgramsVersion();
+    void showPrintsTheBlocksAndTheDecodedRecord();
+    void showOfAFileWithoutMetadataPrintsEmptyBlocksAndNoRecord();
+    void showReadsARecordOfTheOldNamespace();
+    void showOfADecompressionBombStaysSmall();
+    void showOfAHugeJpegGivesItsSize();
+    void showOfAJpegWithoutImageDataGivesItsMetadata();
+    void showOfAnUnreadableFileNamesTheReason();
+    void showPrintsPluginWarningsOnceBehindTheProgramsName();
     void stampWritesARecordTheLibraryReads();
     void stampCanCopyTheExifIntoXmp();
+    void stampOnAFullDiskExitsWithTheSystemsReason();
     void failuresExitNonZeroWithMessage_data();
     void failuresExitNonZeroWithMessage();
 
@@ -34,6 +48,7 @@ private:
     };
 
     Result runTool(const QStringList& arguments) const;
+    static QStringList stampOptions();
     QString path(const QString& name) const { return _dir.filePath(name); }
     static zeImageMetaData metaDataOf(const QString& file, bool withEXIF);
 
@@ -47,6 +62,20 @@ void tst_zeimagemeta::initTestCase()
     QVERIFY(ImageFixtures::writePlain(path(QStringLiteral("plain.png")), "png"));
     QVERIFY(ImageFixtures::writePlain(path(QStringLiteral("plain.bmp")), "bmp"));
     QVERIFY(ImageFixtures::writeFile(path(QStringLiteral("words.txt")), "no image here\n"));
+    QVERIFY(QDir(_dir.path()).mkdir(QStringLiteral("folder.png")));
+    const QString nested = path(QStringLiteral("nested.jpg"));
+    QVERIFY(ImageFixtures::writePlain(nested, "jpeg"));
+    QVERIFY(ImageFixtures::writeFile(
+        nested, ImageFixtures::jpegWithXmpSegment(
+                    ImageFixtures::readFile(nested),
+                    QByteArray::fromStdString(ImageFixtures::nestedXmpPacket(1000)))));
+}
+
+QStringList tst_zeimagemeta::stampOptions()
+{
+    return {QStringLiteral("--scene"), QStringLiteral("s"), QStringLiteral("--render-version"),
+            QStringLiteral("1"), QStringLiteral("--date"), QStringLiteral("2024-01-01T00:00:00"),
+            QStringLiteral("--groups"), QStringLiteral("1")};
 }
 
 tst_zeimagemeta::Result tst_zeimagemeta::runTool(const QStringList& arguments) const
@@ -77,13 +106,23 @@ void tst_zeimagemeta::helpDescribesBothCommandsAndSucceeds()
     QCOMPARE(result.exitCode, 0);
     QVERIFY(result.out.contains("show FILE"));
     QVERIFY(result.out.contains(
-        "stamp FILE --scene NAME --version V --date ISO8601 --groups MASK [--exif-in-xmp]"));
+        "stamp FILE --scene NAME --render-version V --date ISO8601 --groups MASK [--exif-in-xmp]"));
+    QVERIFY(result.out.contains("--render-version <V>"));
+    QVERIFY(result.out.contains("--version"));
     QVERIFY(result.out.contains("--exif-in-xmp"));
     QVERIFY(result.out.simplified().contains("128 switch material states"));
     QVERIFY(result.err.isEmpty());
 }
 
-void tst_zeimagemeta::showPrintsTheThreeBlocksUnderTheirNames()
+void tst_zeimagemeta::versionPrintsTheProgramsVersion()
+{
+    const Result result = runTool({QStringLiteral("--version")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QByteArray("zeimagemeta " QTCOLOR_VERSION "\n"));
+    QVERIFY(result.err.isEmpty());
+}
+
+void tst_zeimagemeta::showPrintsTheBlocksAndTheDecodedRecord()
 {
     const QString file = path(QStringLiteral("shown.jpg"));
     QVERIFY(ImageFixtures::writePlain(file, "jpeg"));
@@ -91,36 +130,164 @@ void tst_zeimagemeta::showPrintsTheThreeBlocksUnderTheirNames()
                                           {"Exif.Photo.FNumber", "56/10"}}));
     zeRenderSettings record;
     record.setSceneFile("shown.scene");
-    record.addGroups(zeRenderSettings::CameraSettings);
-    QCOMPARE(zeImageMetaWriter::stamp(file.toUtf8().constData(), record, false),
+    record.setApplicationVersion("3.1");
+    record.setRenderDate("2024-05-17T14:30:00");
+    record.addSetting(zeRenderSettings::CameraSettings, "Field of view", "45");
+    record.addSetting(zeRenderSettings::ImageSettings, "Note", "first\nsecond \\ end");
+    record.addGroups(zeRenderSettings::RaytracingSettings);
+    QCOMPARE(zeImageMetaWriter::stamp(file.toUtf8().constData(), record, true),
              zeImageMetaWriter::Stamped);
 
     const Result result = runTool({QStringLiteral("show"), QStringLiteral("shown.jpg")});
     QCOMPARE(result.exitCode, 0);
-    const QByteArray head = "[BaselineData]\n"
-                            "@SAMPLES_PER_PIXEL 3\n"
-                            "@BITS_PER_SAMPLE 8\n"
-                            "@MAKE Maker\n"
-                            "[EXIFData]\n"
-                            "@F_NUMBER 5.6\n"
-                            "[RenderSettingsXMP]\n";
-    QVERIFY2(result.out.startsWith(head), result.out.constData());
-    const QByteArray packet = result.out.mid(head.size());
-    QVERIFY(packet.contains("http://ns.qtcolor.example/render-settings/1.0/"));
-    QVERIFY(packet.contains("shown.scene"));
-    QVERIFY(packet.endsWith('\n'));
+    QCOMPARE(result.out, QByteArray("[Image]\n"
+                                    "Dimensions: 8 x 6 px\n"
+                                    "Depth: 1\n"
+                                    "Color channel: yes\n"
+                                    "Alpha channel: no\n"
+                                    "[BaselineData]\n"
+                                    "@SAMPLES_PER_PIXEL 3\n"
+                                    "@BITS_PER_SAMPLE 8\n"
+                                    "@MAKE Maker\n"
+                                    "[EXIFData]\n"
+                                    "@F_NUMBER 5.6\n"
+                                    "[EXIFDataInXMP]\n"
+                                    "@F_NUMBER 5.6\n"
+                                    "[RenderSettings]\n"
+                                    "Scene: shown.scene\n"
+                                    "Version: 3.1\n"
+                                    "Date: 2024-05-17T14:30:00\n"
+                                    "Groups: Camera Settings, Image Settings, Raytracing Settings\n"
+                                    "Camera Settings:\n"
+                                    "  Field of view: 45\n"
+                                    "Image Settings:\n"
+                                    "  Note: first\\nsecond \\\\ end\n"));
     QVERIFY(result.err.isEmpty());
 }
 
-void tst_zeimagemeta::showOfAFileWithoutMetadataPrintsEmptyBlocks()
+void tst_zeimagemeta::showOfAFileWithoutMetadataPrintsEmptyBlocksAndNoRecord()
 {
     const Result result = runTool({QStringLiteral("show"), QStringLiteral("plain.png")});
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, QByteArray("[BaselineData]\n"
+    QCOMPARE(result.out, QByteArray("[Image]\n"
+                                    "Dimensions: 8 x 6 px\n"
+                                    "Depth: 1\n"
+                                    "Color channel: yes\n"
+                                    "Alpha channel: no\n"
+                                    "[BaselineData]\n"
                                     "@SAMPLES_PER_PIXEL 3\n"
                                     "@BITS_PER_SAMPLE 8\n"
                                     "[EXIFData]\n"
-                                    "[RenderSettingsXMP]\n"));
+                                    "[EXIFDataInXMP]\n"
+                                    "[RenderSettings]\n"
+                                    "(none)\n"));
+}
+
+// Written by exiv2 directly, as the placeholder namespace had it.
+void tst_zeimagemeta::showReadsARecordOfTheOldNamespace()
+{
+    const QString file = path(QStringLiteral("old.png"));
+    QVERIFY(ImageFixtures::writePlain(file, "png"));
+    QVERIFY(ImageFixtures::setXmpPacket(
+        file, ImageFixtures::xmpPacket("xmlns:qzeRender=\"http://ns.qtcolor.example/"
+                                       "render-settings/1.0/\" qzeRender:SceneFile=\"old.scene\"",
+                                       "<qzeRender:Animation><rdf:Seq/></qzeRender:Animation>")));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("old.png")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.out.endsWith("[RenderSettings]\n"
+                                 "Scene: old.scene\n"
+                                 "Version: \n"
+                                 "Date: \n"
+                                 "Groups: Animation Settings\n"),
+             result.out.constData());
+}
+
+// 30000 x 30000 grey pixels, 900 MB once inflated, from a file of under
+// 6 MB; the largest child's peak memory shows whether they were inflated.
+void tst_zeimagemeta::showOfADecompressionBombStaysSmall()
+{
+    QVERIFY(ImageFixtures::writeFile(path(QStringLiteral("bomb.png")),
+                                     ImageFixtures::blackGreyPng(30000, 30000)));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("bomb.png")});
+    QFile::remove(path(QStringLiteral("bomb.png")));
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.out.startsWith("[Image]\nDimensions: 30000 x 30000 px\n"));
+    rusage children{};
+    QCOMPARE(getrusage(RUSAGE_CHILDREN, &children), 0);
+    const long peakKiB = children.ru_maxrss;
+    QVERIFY2(peakKiB < 300 * 1024, qPrintable(QString::number(peakKiB)));
+}
+
+// Its pixels would take over 1 GiB to decode.
+void tst_zeimagemeta::showOfAHugeJpegGivesItsSize()
+{
+    const QString file = path(QStringLiteral("huge.jpg"));
+    QVERIFY(ImageFixtures::writePlain(file, "jpeg"));
+    QVERIFY(ImageFixtures::writeFile(
+        file, ImageFixtures::jpegClaimingSize(ImageFixtures::readFile(file), 17000, 17000)));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("huge.jpg")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.out.startsWith("[Image]\nDimensions: 17000 x 17000 px\nDepth: 1\n"),
+             result.out.constData());
+}
+
+void tst_zeimagemeta::showOfAJpegWithoutImageDataGivesItsMetadata()
+{
+    const QString file = path(QStringLiteral("exif-only.jpg"));
+    QVERIFY(ImageFixtures::writePlain(file, "jpeg"));
+    QVERIFY(ImageFixtures::addTags(file, {{"Exif.Image.Model", "Model 7"},
+                                          {"Exif.Photo.ExposureTime", "1/250"}}));
+    QVERIFY(ImageFixtures::writeFile(
+        file, ImageFixtures::jpegWithoutImageData(ImageFixtures::readFile(file))));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("exif-only.jpg")});
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QByteArray("[Image]\n"
+                                    "Dimensions: unknown\n"
+                                    "Depth: 0\n"
+                                    "Color channel: unknown\n"
+                                    "Alpha channel: unknown\n"
+                                    "[BaselineData]\n"
+                                    "@MODEL Model 7\n"
+                                    "[EXIFData]\n"
+                                    "@EXPOSURE_TIME 1/250\n"
+                                    "[EXIFDataInXMP]\n"
+                                    "[RenderSettings]\n"
+                                    "(none)\n"));
+}
+
+void tst_zeimagemeta::showOfAnUnreadableFileNamesTheReason()
+{
+    const QString file = path(QStringLiteral("locked.png"));
+    QVERIFY(ImageFixtures::writePlain(file, "png"));
+    QVERIFY(QFile::setPermissions(file, QFile::WriteOwner));
+    if (QFile(file).open(QIODevice::ReadOnly)) {
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+        QSKIP("the user may read files without read permission (root)");
+    }
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("locked.png")});
+    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err, QByteArray("zeimagemeta: cannot read locked.png: Permission denied\n"));
+}
+
+// libpng warns about a colour profile chunk too short to hold a profile;
+// it reads the header all the same.
+void tst_zeimagemeta::showPrintsPluginWarningsOnceBehindTheProgramsName()
+{
+    const QByteArray png = ImageFixtures::blackGreyPng(4, 4);
+    const int afterHeader = 8 + 12 + 13; // signature, IHDR chunk
+    const QByteArray profile = ImageFixtures::pngChunk("iCCP", QByteArray("bad\0\0", 5));
+    QVERIFY(ImageFixtures::writeFile(path(QStringLiteral("profile.png")),
+                                     png.left(afterHeader) + profile + png.mid(afterHeader)));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("profile.png")});
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.out.startsWith("[Image]\nDimensions: 4 x 4 px\n"));
+    QVERIFY2(result.err.contains("iCCP"), result.err.constData());
+    QStringList lines = QString::fromUtf8(result.err).split(QLatin1Char('\n'));
+    QCOMPARE(lines.takeLast(), QString());
+    for (const QString& line : lines)
+        QVERIFY2(line.startsWith(QLatin1String("zeimagemeta: warning: ")), qPrintable(line));
+    QCOMPARE(lines.removeDuplicates(), 0);
 }
 
 void tst_zeimagemeta::stampWritesARecordTheLibraryReads()
@@ -130,7 +297,7 @@ void tst_zeimagemeta::stampWritesARecordTheLibraryReads()
     const Result result = runTool({QStringLiteral("stamp"), QStringLiteral("stamped.png"),
                                    QStringLiteral("--scene"),
                                    QString::fromUtf8("Hall \xc3\x9c.scene"),
-                                   QStringLiteral("--version"), QStringLiteral("3.1"),
+                                   QStringLiteral("--render-version"), QStringLiteral("3.1"),
                                    QStringLiteral("--date"), QStringLiteral("2024-05-17T14:30:00"),
                                    QStringLiteral("--groups"), QStringLiteral("9")});
     QCOMPARE(result.exitCode, 0);
@@ -154,7 +321,7 @@ void tst_zeimagemeta::stampCanCopyTheExifIntoXmp()
     QVERIFY(ImageFixtures::addTags(file, {{"Exif.Photo.ExposureTime", "1/60"}}));
     const Result result = runTool({QStringLiteral("stamp"), QStringLiteral("exif.jpg"),
                                    QStringLiteral("--scene"), QStringLiteral("s"),
-                                   QStringLiteral("--version"), QStringLiteral("1"),
+                                   QStringLiteral("--render-version"), QStringLiteral("1"),
                                    QStringLiteral("--date"), QStringLiteral("2024-01-01"),
                                    QStringLiteral("--groups"), QStringLiteral("0"),
                                    QStringLiteral("--exif-in-xmp")});
@@ -166,16 +333,44 @@ void tst_zeimagemeta::stampCanCopyTheExifIntoXmp()
     QCOMPARE(meta.containedTALQSettings(), 0);
 }
 
+// About 12 KiB of noise: the stamped copy would sit in a write buffer
+// until the final flush, which is where a full disk refuses it.
+void tst_zeimagemeta::stampOnAFullDiskExitsWithTheSystemsReason()
+{
+    const QString file = path(QStringLiteral("full.png"));
+    QVERIFY(ImageFixtures::write(ImageFixtures::noise(64, 64, 11), file));
+    const QByteArray before = ImageFixtures::readFile(file);
+    const QByteArray errors = QFile::encodeName(path(QStringLiteral("full-disk-errors.txt")));
+    QList<QByteArray> arguments = {"zeimagemeta", "stamp", QFile::encodeName(file)};
+    for (const QString& option : stampOptions())
+        arguments << option.toUtf8();
+    std::vector<char*> argv;
+    for (QByteArray& argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+
+    const ChildResult child = runWithFileSizeLimit(4096, [&] {
+        const int err = ::open(errors.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (err < 0 || dup2(err, STDERR_FILENO) < 0)
+            return 126;
+        execv(ZEIMAGEMETA_PATH, argv.data());
+        return 127;
+    });
+    QVERIFY(child.exited);
+    QCOMPARE(child.exitCode, 1);
+    const QByteArray expected = QByteArray("zeimagemeta: cannot save ") + QFile::encodeName(file)
+        + ": " + QByteArray(std::strerror(EFBIG)) + "; the file is left as it was\n";
+    QCOMPARE(ImageFixtures::readFile(QFile::decodeName(errors)), expected);
+    QCOMPARE(ImageFixtures::readFile(file), before);
+}
+
 void tst_zeimagemeta::failuresExitNonZeroWithMessage_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QByteArray>("message");
 
-    const QStringList complete = {QStringLiteral("--scene"), QStringLiteral("s"),
-                                  QStringLiteral("--version"), QStringLiteral("1"),
-                                  QStringLiteral("--date"), QStringLiteral("2024-01-01T00:00:00"),
-                                  QStringLiteral("--groups"), QStringLiteral("1")};
+    const QStringList complete = stampOptions();
     const auto stamp = [&](const QString& file, const QStringList& extra = {}) {
         return QStringList{QStringLiteral("stamp"), file} + complete + extra;
     };
@@ -204,8 +399,20 @@ void tst_zeimagemeta::failuresExitNonZeroWithMessage_data()
                                             << QByteArray("show takes no --scene option");
     QTest::newRow("show missing") << QStringList{"show", "missing.png"} << 1
                                   << QByteArray("cannot read missing.png: no such file");
-    QTest::newRow("show not an image") << QStringList{"show", "words.txt"} << 1
-                                       << QByteArray("cannot read words.txt");
+    QTest::newRow("show not an image")
+        << QStringList{"show", "words.txt"} << 1
+        << QByteArray("cannot read words.txt: not an image format this program reads");
+    QTest::newRow("show directory") << QStringList{"show", "folder.png"} << 1
+                                    << QByteArray("cannot read folder.png: is a directory\n");
+    QTest::newRow("show device")
+        << QStringList{"show", "/dev/null"} << 1
+        << QByteArray("cannot read /dev/null: not a regular file (a device, a pipe or a socket)\n");
+    QTest::newRow("stamp directory") << stamp(QStringLiteral("folder.png")) << 1
+                                     << QByteArray("cannot read folder.png: is a directory\n");
+    QTest::newRow("stamp unparsable XMP")
+        << stamp(QStringLiteral("nested.jpg")) << 1
+        << QByteArray("cannot write a record into nested.jpg: exiv2 cannot parse the XMP "
+                      "metadata already in it");
     QTest::newRow("stamp without options") << QStringList{"stamp", "plain.png"} << 2
                                            << QByteArray("stamp needs the --scene option");
     QTest::newRow("stamp without groups") << without(QStringLiteral("--groups")) << 2

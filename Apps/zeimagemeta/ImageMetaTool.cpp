@@ -5,14 +5,82 @@
 #include <zeRenderSettings.h>
 
 #include <QDateTime>
-#include <QFileInfo>
+#include <QSet>
+
+namespace {
+
+QtMessageHandler s_previousMessageHandler = nullptr;
+
+// Plugins and exiv2 warn through Qt's log (exiv2 by way of zeLog); a
+// damaged file can repeat one warning many times.
+void printWarningOnce(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (type == QtFatalMsg) {
+        s_previousMessageHandler(type, context, message);
+        return;
+    }
+    if (type == QtDebugMsg)
+        return;
+    static QSet<QString> printed;
+    const QString text = message.trimmed();
+    if (printed.contains(text))
+        return;
+    printed.insert(text);
+    QTextStream(stderr) << QCoreApplication::applicationName() << ": warning: " << text
+                        << Qt::endl;
+}
+
+// Installs printWarningOnce for the life of the object.
+class WarningFilter
+{
+public:
+    WarningFilter() { s_previousMessageHandler = qInstallMessageHandler(printWarningOnce); }
+    ~WarningFilter() { qInstallMessageHandler(s_previousMessageHandler); }
+    WarningFilter(const WarningFilter&) = delete;
+    WarningFilter& operator=(const WarningFilter&) = delete;
+};
+
+struct GroupName
+{
+    zeRenderSettings::Group group;
+    const char* name;
+};
+
+const GroupName GroupNames[] = {
+    {zeRenderSettings::CameraSettings, QT_TRANSLATE_NOOP("ImageMetaTool", "Camera Settings")},
+    {zeRenderSettings::NodeVisibilities, QT_TRANSLATE_NOOP("ImageMetaTool", "Node Visibilities")},
+    {zeRenderSettings::SwitchNodeStates,
+     QT_TRANSLATE_NOOP("ImageMetaTool", "Switch Node States")},
+    {zeRenderSettings::ImageSettings, QT_TRANSLATE_NOOP("ImageMetaTool", "Image Settings")},
+    {zeRenderSettings::AnimationSettings,
+     QT_TRANSLATE_NOOP("ImageMetaTool", "Animation Settings")},
+    {zeRenderSettings::RenderPassesSettings,
+     QT_TRANSLATE_NOOP("ImageMetaTool", "Renderpasses Settings")},
+    {zeRenderSettings::RaytracingSettings,
+     QT_TRANSLATE_NOOP("ImageMetaTool", "Raytracing Settings")},
+    {zeRenderSettings::SwitchMaterialStates,
+     QT_TRANSLATE_NOOP("ImageMetaTool", "Switch Material States")},
+};
+
+// One line per setting whatever the text holds: backslashes, line feeds and
+// carriage returns are written as C escapes.
+QString oneLine(const std::string& text)
+{
+    return QString::fromStdString(text)
+        .replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('\n'), QLatin1String("\\n"))
+        .replace(QLatin1Char('\r'), QLatin1String("\\r"));
+}
+
+} // namespace
 
 ImageMetaTool::ImageMetaTool()
     : _helpOption(_parser.addHelpOption())
+    , _versionOption(_parser.addVersionOption())
     , _sceneOption(QStringLiteral("scene"), tr("Scene file the image was rendered from."),
                    tr("NAME"))
-    , _versionOption(QStringLiteral("version"), tr("Version of the rendering application."),
-                     tr("V"))
+    , _renderVersionOption(QStringLiteral("render-version"),
+                           tr("Version of the rendering application."), tr("V"))
     , _dateOption(QStringLiteral("date"),
                   tr("Render date and time in ISO 8601, for example 2024-05-17T14:30:00."),
                   tr("ISO8601"))
@@ -26,7 +94,9 @@ ImageMetaTool::ImageMetaTool()
     , _out(stdout)
     , _err(stderr)
 {
-    _parser.addOptions({_sceneOption, _versionOption, _dateOption, _groupsOption, _exifOption});
+    QCoreApplication::setApplicationVersion(QStringLiteral(ZEIMAGEMETA_VERSION));
+    _parser.addOptions(
+        {_sceneOption, _renderVersionOption, _dateOption, _groupsOption, _exifOption});
     _parser.addPositionalArgument(QStringLiteral("command"), tr("show or stamp, then FILE."),
                                   tr("command FILE"));
     _parser.setApplicationDescription(helpText());
@@ -37,12 +107,14 @@ QString ImageMetaTool::helpText() const
     return tr("Shows and writes the metadata of image files: baseline tags, EXIF exposure data "
               "and the render-settings record.")
         + QLatin1String("\n\n") + tr("Commands:") + QLatin1String("\n  show FILE\n      ")
-        + tr("Print the metadata blocks that the image loader attaches to FILE, each under its "
-             "name in brackets.")
-        + QLatin1String("\n  stamp FILE --scene NAME --version V --date ISO8601 --groups MASK "
-                        "[--exif-in-xmp]\n      ")
+        + tr("Print the size and channels of the image in FILE, the metadata blocks that the "
+             "image loader attaches to it, each under its name in brackets, and its "
+             "render-settings record. The pixels are not decoded.")
+        + QLatin1String("\n  stamp FILE --scene NAME --render-version V --date ISO8601 "
+                        "--groups MASK [--exif-in-xmp]\n      ")
         + tr("Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without "
-             "re-encoding its pixels; a record already there is replaced.")
+             "re-encoding its pixels; a record already there is replaced. On any failure the "
+             "file is left as it was.")
         + QLatin1String("\n\n")
         + tr("Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage "
              "error.");
@@ -50,10 +122,16 @@ QString ImageMetaTool::helpText() const
 
 int ImageMetaTool::run(const QStringList& arguments)
 {
+    const WarningFilter warnings;
     if (!_parser.parse(arguments))
         return usageError(_parser.errorText());
     if (_parser.isSet(_helpOption) || _parser.isSet(QStringLiteral("help-all"))) {
         _out << _parser.helpText() << Qt::flush;
+        return Success;
+    }
+    if (_parser.isSet(_versionOption)) {
+        _out << QCoreApplication::applicationName() << ' '
+             << QCoreApplication::applicationVersion() << Qt::endl;
         return Success;
     }
     const QStringList positional = _parser.positionalArguments();
@@ -72,7 +150,7 @@ int ImageMetaTool::runCommand(const QString& command, const QStringList& files)
     if (!isShow)
         return stamp(files.first());
     for (const QCommandLineOption* option :
-         {&_sceneOption, &_versionOption, &_dateOption, &_groupsOption, &_exifOption}) {
+         {&_sceneOption, &_renderVersionOption, &_dateOption, &_groupsOption, &_exifOption}) {
         if (_parser.isSet(*option))
             return usageError(tr("show takes no --%1 option").arg(option->names().constFirst()));
     }
@@ -81,26 +159,75 @@ int ImageMetaTool::runCommand(const QString& command, const QStringList& files)
 
 int ImageMetaTool::show(const QString& file)
 {
-    if (!QFileInfo(file).isFile())
-        return fileError(tr("cannot read %1: no such file").arg(file));
     const osg::ImagePtr image = osg::Image::create();
     image->setAttachmentField(zeImageMetaData::getAttachmentKey(), std::string());
-    if (!image->read(file.toUtf8().constData()))
-        return fileError(tr("cannot read %1: not an image this program can decode, damaged, or "
-                            "larger than 1 GiB").arg(file));
-    for (const std::string& name : {zeImageMetaData::getBaselineDataKey(),
-                                    zeImageMetaData::getEXIFDataKey(),
-                                    zeImageMetaData::getAttachmentKey()})
-        printBlock(name, image->findAttachmentField(name).value_or(std::string()));
+    std::string why;
+    if (!image->readHeader(file.toUtf8().constData(), &why))
+        return fileError(tr("cannot read %1: %2").arg(file, QString::fromStdString(why)));
+    const zeImageMetaData metaData(image, true);
+    std::string exifInXmp;
+    metaData.getEXIFData(exifInXmp);
+    printShape(*image);
+    printBlock(QString::fromStdString(zeImageMetaData::getBaselineDataKey()),
+               image->findAttachmentField(zeImageMetaData::getBaselineDataKey()).value_or(""));
+    printBlock(QString::fromStdString(zeImageMetaData::getEXIFDataKey()),
+               image->findAttachmentField(zeImageMetaData::getEXIFDataKey()).value_or(""));
+    printBlock(QStringLiteral("EXIFDataInXMP"), exifInXmp);
+    printRecord(metaData.getRenderSettings());
     _out.flush();
     return Success;
 }
 
-void ImageMetaTool::printBlock(const std::string& name, const std::string& block)
+void ImageMetaTool::printShape(const osg::Image& image)
 {
-    _out << '[' << QString::fromStdString(name) << "]\n" << QString::fromStdString(block);
+    _out << "[Image]\n";
+    if (image.getDepth() == 0) {
+        const QString unknown = tr("unknown");
+        _out << tr("Dimensions:") << ' ' << unknown << '\n'
+             << tr("Depth:") << " 0\n"
+             << tr("Color channel:") << ' ' << unknown << '\n'
+             << tr("Alpha channel:") << ' ' << unknown << '\n';
+        return;
+    }
+    const QString yes = tr("yes");
+    const QString no = tr("no");
+    _out << tr("Dimensions:") << ' '
+         << tr("%1 x %2 px").arg(image.getWidth()).arg(image.getHeight()) << '\n'
+         << tr("Depth:") << ' ' << image.getDepth() << '\n'
+         << tr("Color channel:") << ' ' << (image.hasColorChannel() ? yes : no) << '\n'
+         << tr("Alpha channel:") << ' ' << (image.hasAlphaChannel() ? yes : no) << '\n';
+}
+
+void ImageMetaTool::printBlock(const QString& name, const std::string& block)
+{
+    _out << '[' << name << "]\n" << QString::fromStdString(block);
     if (!block.empty() && block.back() != '\n')
         _out << '\n';
+}
+
+void ImageMetaTool::printRecord(const zeRenderSettings& record)
+{
+    _out << "[RenderSettings]\n";
+    if (record.isEmpty()) {
+        _out << tr("(none)") << '\n';
+        return;
+    }
+    QStringList groups;
+    for (const GroupName& group : GroupNames) {
+        if (record.getGroups() & group.group)
+            groups << tr(group.name);
+    }
+    _out << tr("Scene:") << ' ' << oneLine(record.getSceneFile()) << '\n'
+         << tr("Version:") << ' ' << oneLine(record.getApplicationVersion()) << '\n'
+         << tr("Date:") << ' ' << oneLine(record.getRenderDate()) << '\n'
+         << tr("Groups:") << ' ' << groups.join(QLatin1String(", ")) << '\n';
+    for (const GroupName& group : GroupNames) {
+        const std::vector<zeRenderSettings::Setting>& settings = record.getSettings(group.group);
+        if (!settings.empty())
+            _out << tr(group.name) << ":\n";
+        for (const zeRenderSettings::Setting& setting : settings)
+            _out << "  " << oneLine(setting.first) << ": " << oneLine(setting.second) << '\n';
+    }
 }
 
 int ImageMetaTool::stamp(const QString& file)
@@ -119,7 +246,7 @@ int ImageMetaTool::stamp(const QString& file)
 int ImageMetaTool::checkStampOptions(zeRenderSettings& record)
 {
     for (const QCommandLineOption* option :
-         {&_sceneOption, &_versionOption, &_dateOption, &_groupsOption}) {
+         {&_sceneOption, &_renderVersionOption, &_dateOption, &_groupsOption}) {
         if (!_parser.isSet(*option))
             return usageError(tr("stamp needs the --%1 option").arg(option->names().constFirst()));
     }
@@ -131,7 +258,7 @@ int ImageMetaTool::checkStampOptions(zeRenderSettings& record)
     if (int status = parseGroups(_parser.value(_groupsOption), mask))
         return status;
     record.setSceneFile(_parser.value(_sceneOption).toStdString());
-    record.setApplicationVersion(_parser.value(_versionOption).toStdString());
+    record.setApplicationVersion(_parser.value(_renderVersionOption).toStdString());
     record.setRenderDate(date.toStdString());
     record.addGroups(mask);
     return Success;
@@ -164,11 +291,15 @@ QString ImageMetaTool::stampFailure(zeImageMetaWriter::Result result, const QStr
         return tr("%1 has no EXIF data to copy into XMP; leave out --exif-in-xmp").arg(file);
     case zeImageMetaWriter::CannotEncode:
         return tr("cannot write the metadata of %1: %2").arg(file, detail);
+    case zeImageMetaWriter::UnreadableXMP:
+        return tr("cannot write a record into %1: exiv2 cannot parse the XMP metadata already "
+                  "in it, which would be lost (%2); the file is left as it was")
+            .arg(file, detail);
     case zeImageMetaWriter::CannotWriteFile:
     case zeImageMetaWriter::Stamped:
         break;
     }
-    return tr("cannot save %1: %2").arg(file, detail);
+    return tr("cannot save %1: %2; the file is left as it was").arg(file, detail);
 }
 
 int ImageMetaTool::usageError(const QString& message)

@@ -8,12 +8,22 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+#include <string>
+
 class zeRenderSettings;
 
-// The zeimagemeta command line: "show FILE" prints the metadata blocks that
-// the image loader attaches to FILE, "stamp FILE ..." writes a
-// render-settings record into it. The blocks are printed as they are, each
-// under its attachment name in brackets, so scripts can pick them apart.
+namespace osg {
+class Image;
+}
+
+// The zeimagemeta command line: "show FILE" prints what the image loader
+// finds in FILE without decoding its pixels (size and channels, the
+// baseline and EXIF blocks as they are, each under its name in brackets,
+// and the render-settings record decoded), "stamp FILE ..." writes a
+// render-settings record into it.
+//
+// Warnings of the image plugins and of exiv2 go to standard error once
+// each, behind the program's name, while the tool runs.
 class ImageMetaTool
 {
     Q_DECLARE_TR_FUNCTIONS(ImageMetaTool)
@@ -21,6 +31,7 @@ class ImageMetaTool
 public:
     enum ExitCode { Success = 0, FileError = 1, UsageError = 2 };
 
+    // Also sets the application version that --version prints.
     ImageMetaTool();
 
     // Runs the command line (program name first) and returns the exit code.
@@ -30,10 +41,12 @@ private:
     QString helpText() const;
     int runCommand(const QString& command, const QStringList& files);
     int show(const QString& file);
+    void printShape(const osg::Image& image);
+    void printBlock(const QString& name, const std::string& block);
+    void printRecord(const zeRenderSettings& record);
     int stamp(const QString& file);
     int checkStampOptions(zeRenderSettings& record);
     int parseGroups(const QString& text, int& mask);
-    void printBlock(const std::string& name, const std::string& block);
     QString stampFailure(zeImageMetaWriter::Result result, const QString& file,
                          const QString& detail) const;
 
@@ -42,8 +55,9 @@ private:
 
     QCommandLineParser _parser;
     QCommandLineOption _helpOption;
-    QCommandLineOption _sceneOption;
     QCommandLineOption _versionOption;
+    QCommandLineOption _sceneOption;
+    QCommandLineOption _renderVersionOption;
     QCommandLineOption _dateOption;
     QCommandLineOption _groupsOption;
     QCommandLineOption _exifOption;

@@ -10,13 +10,15 @@
 // render-settings record among it.
 //
 // Asking for metadata: set an attachment under getAttachmentKey() on an
-// image (an empty string will do) before osg::Image::read(). The read then
-// attaches three text blocks (see zeImageMetaReader for how they are read):
+// image (an empty string will do) before osg::Image::read(), or before
+// osg::Image::readHeader() when only the metadata and the size are wanted
+// (it decodes no pixels). The read then attaches three text blocks (see
+// zeImageMetaReader for how they are read):
 //   "BaselineData"  lines "@SAMPLES_PER_PIXEL", "@BITS_PER_SAMPLE", "@MAKE",
 //                   "@MODEL", "@SOFTWARE", "@ARTIST", "@IMAGEDESCRIPTION",
 //                   "@COPYRIGHT" from the file's TIFF/EXIF image tags
-//                   (samples and bits from the decoder when the file has no
-//                   such tags);
+//                   (samples and bits from the decoder, or the header, when
+//                   the file has no such tags);
 //   "EXIFData"      lines "@EXPOSURE_TIME", "@F_NUMBER", "@SHUTTER_SPEED",
 //                   "@APERTURE", "@BRIGHTNESS", "@EXPOSURE_BIAS",
 //                   "@SUBJECT_DISTANCE", "@FOCAL_LENGTH" and

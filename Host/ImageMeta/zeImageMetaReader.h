@@ -25,6 +25,8 @@ public:
         // render-settings record or EXIF properties inside XMP; empty
         // otherwise.
         std::string record;
+
+        bool isEmpty() const { return baseline.empty() && exif.empty() && record.empty(); }
     };
 
     // Fills blocks from the size bytes at data. decodedSamples and

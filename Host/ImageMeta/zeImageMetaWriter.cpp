@@ -1,14 +1,12 @@
 #include "zeImageMetaWriter.h"
 
 #include "zeExiv2.h"
+#include "zeImageFile.h"
 #include "zeImageMetaReader.h"
 #include "zeRenderSettingsXmp.h"
 
 #include <exiv2/convert.hpp>
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <exception>
 #include <memory>
@@ -22,22 +20,15 @@ constexpr Result Done = zeImageMetaWriter::Stamped;
 
 Result readFile(const QString& path, QByteArray& bytes, std::string& why)
 {
-    const QFileInfo info(path);
-    if (path.isEmpty() || !info.isFile()) {
-        why = "no such file";
-        return zeImageMetaWriter::CannotReadFile;
-    }
-    if (quint64(info.size()) > zeImageMetaReader::MaxFileSize) {
-        why = "larger than 1 GiB";
+    switch (zeImageFile::read(path, qint64(zeImageMetaReader::MaxFileSize), bytes, why)) {
+    case zeImageFile::Read:
+        return Done;
+    case zeImageFile::TooLarge:
         return zeImageMetaWriter::FileTooLarge;
+    case zeImageFile::CannotRead:
+        break;
     }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        why = file.errorString().toStdString();
-        return zeImageMetaWriter::CannotReadFile;
-    }
-    bytes = file.readAll();
-    return Done;
+    return zeImageMetaWriter::CannotReadFile;
 }
 
 // Runs step; an exception becomes failure, with its message in why.
@@ -52,6 +43,19 @@ Result guarded(Result failure, std::string& why, Step step)
         why = "unknown error";
     }
     return failure;
+}
+
+// exiv2 only logs a packet it cannot parse, leaves the file's XMP empty and
+// would then write the record alone, dropping the packet.
+Result checkXmpParses(const Exiv2::Image& image, std::string& why)
+{
+    return guarded(zeImageMetaWriter::UnreadableXMP, why, [&] {
+        Exiv2::XmpData parsed;
+        if (image.xmpPacket().empty() || Exiv2::XmpParser::decode(parsed, image.xmpPacket()) == 0)
+            return Done;
+        why = "exiv2 cannot parse the file's XMP packet, which stamping would drop";
+        return zeImageMetaWriter::UnreadableXMP;
+    });
 }
 
 Result addRecord(Exiv2::Image& image, const zeRenderSettings& record, bool exifInXMP,
@@ -101,6 +105,9 @@ Result stampBytes(const QByteArray& bytes, const zeRenderSettings& record, bool 
     });
     if (opened != Done)
         return opened;
+    const Result parsed = checkXmpParses(*image, why);
+    if (parsed != Done)
+        return parsed;
     const Result added = addRecord(*image, record, exifInXMP, why);
     if (added != Done)
         return added;
@@ -112,14 +119,7 @@ Result stampBytes(const QByteArray& bytes, const zeRenderSettings& record, bool 
 
 Result saveFile(const QString& path, const std::string& contents, std::string& why)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)
-        || file.write(contents.data(), qint64(contents.size())) != qint64(contents.size())
-        || !file.commit()) {
-        why = file.errorString().toStdString();
-        return zeImageMetaWriter::CannotWriteFile;
-    }
-    return Done;
+    return zeImageFile::save(path, contents, why) ? Done : zeImageMetaWriter::CannotWriteFile;
 }
 
 Result stampFile(const QString& path, const zeRenderSettings& record, bool exifInXMP,

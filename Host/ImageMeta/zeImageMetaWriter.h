@@ -15,22 +15,26 @@ class zeRenderSettings;
 // through tools that keep XMP but drop EXIF.
 //
 // The file is read into memory, changed there with exiv2 and saved back
-// through a temporary file that replaces it only once it is complete, so a
-// failure leaves the file as it was. Files over 1 GiB are refused. Nothing
-// is thrown.
+// through a temporary file that replaces it only once every byte has been
+// written and flushed, so a failure (a full disk included) leaves the file
+// byte for byte as it was. Files over 1 GiB are refused, and so are files
+// whose XMP packet exiv2 cannot parse, since exiv2 would write the record in
+// its place. Nothing is thrown.
 class zeImageMetaWriter
 {
 public:
     enum Result {
         Stamped,
         FileTooLarge,      // over 1 GiB
-        CannotReadFile,    // missing, unreadable, a directory
+        CannotReadFile,    // missing, unreadable, a directory, a device
         NotAnImage,        // exiv2 does not recognise or cannot parse it
         UnsupportedFormat, // exiv2 cannot write XMP into this format (BMP, GIF, ...)
         NoEXIFToCopy,      // exifInXMP asked for, but the file has no EXIF data
         CannotEncode,      // exiv2 failed to write the new metadata, or the file's XMP
                            // binds the record's prefix to another namespace
-        CannotWriteFile    // the changed file could not be saved
+        CannotWriteFile,   // the changed file could not be saved
+        UnreadableXMP      // exiv2 cannot parse the file's XMP packet (too deeply
+                           // nested, for example); stamping would lose it
     };
 
     // utf8Path names the file. detail, when given, receives exiv2's or the

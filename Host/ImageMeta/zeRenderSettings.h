@@ -16,8 +16,8 @@
 // the image, the settings what to restore them to.
 //
 // In image files the record is XMP of its own namespace,
-// "http://ns.qtcolor.example/render-settings/1.0/" with the prefix
-// "qzeRender": the texts SceneFile, ApplicationVersion and RenderDate, and
+// "urn:qtcolor:render-settings:1.0/" with the prefix "qtcRender" (see
+// docs/render-settings-record.md): the texts SceneFile, ApplicationVersion and RenderDate, and
 // per carried group an ordered array (Camera, NodeVisibilities,
 // SwitchNodeStates, Image, Animation, RenderPasses, RayTracing,
 // SwitchMaterialStates) of structures with the fields Key and Value.

@@ -174,16 +174,33 @@ void readProperty(const std::string& path, const std::string& value, zeRenderSet
         readItemField(path, value, record, items);
 }
 
-// The prefix under which exiv2 lists the record's properties now; empty
-// when a packet has taken the namespace's binding away.
+// The prefix under which exiv2 lists the properties of namespace now; empty
+// when no packet has bound it yet, or a packet has taken its binding away.
+std::string prefixOf(const char* namespaceURI)
+{
+    return Exiv2::XmpProperties::prefix(namespaceURI);
+}
+
 std::string currentPrefix()
 {
-    return Exiv2::XmpProperties::prefix(zeRenderSettingsXmp::NamespaceURI);
+    return prefixOf(zeRenderSettingsXmp::NamespaceURI);
 }
 
 bool inGroup(const Exiv2::Xmpdatum& datum, const std::string& prefix)
 {
     return !prefix.empty() && datum.groupName() == prefix;
+}
+
+bool inEitherNamespace(const Exiv2::Xmpdatum& datum)
+{
+    return inGroup(datum, currentPrefix())
+        || inGroup(datum, prefixOf(zeRenderSettingsXmp::LegacyNamespaceURI));
+}
+
+bool hasPropertyIn(const Exiv2::XmpData& xmp, const std::string& prefix)
+{
+    return std::any_of(xmp.begin(), xmp.end(),
+                       [&](const Exiv2::Xmpdatum& datum) { return inGroup(datum, prefix); });
 }
 
 } // namespace
@@ -214,7 +231,9 @@ void zeRenderSettingsXmp::write(const zeRenderSettings& record, Exiv2::XmpData& 
 bool zeRenderSettingsXmp::read(const Exiv2::XmpData& xmp, zeRenderSettings& record)
 {
     record = zeRenderSettings();
-    const std::string prefix = currentPrefix();
+    std::string prefix = currentPrefix();
+    if (!hasPropertyIn(xmp, prefix))
+        prefix = prefixOf(LegacyNamespaceURI);
     Items items;
     bool found = false;
     for (const Exiv2::Xmpdatum& datum : xmp) {
@@ -234,10 +253,9 @@ bool zeRenderSettingsXmp::read(const Exiv2::XmpData& xmp, zeRenderSettings& reco
 
 void zeRenderSettingsXmp::erase(Exiv2::XmpData& xmp)
 {
-    const std::string prefix = currentPrefix();
     Exiv2::XmpData kept;
     for (const Exiv2::Xmpdatum& datum : xmp) {
-        if (!inGroup(datum, prefix))
+        if (!inEitherNamespace(datum))
             kept.add(datum);
     }
     xmp = kept;
@@ -245,9 +263,8 @@ void zeRenderSettingsXmp::erase(Exiv2::XmpData& xmp)
 
 bool zeRenderSettingsXmp::carriesRecordOrExif(const Exiv2::XmpData& xmp)
 {
-    const std::string prefix = currentPrefix();
-    return std::any_of(xmp.begin(), xmp.end(), [&](const Exiv2::Xmpdatum& datum) {
-        return inGroup(datum, prefix) || datum.groupName() == "exif";
+    return std::any_of(xmp.begin(), xmp.end(), [](const Exiv2::Xmpdatum& datum) {
+        return inEitherNamespace(datum) || datum.groupName() == "exif";
     });
 }
 

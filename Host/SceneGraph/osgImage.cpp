@@ -1,10 +1,10 @@
 #include "osgImage.h"
 
+#include "zeImageFile.h"
 #include "zeImageMetaData.h"
 #include "zeImageMetaReader.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -14,16 +14,32 @@ namespace osg {
 
 namespace {
 
-bool readFile(const QString& path, QByteArray& bytes)
+// What the file tells about its image, from the decoded pixels or from the
+// header alone.
+struct Shape
 {
-    const QFileInfo info(path);
-    if (!info.isFile() || info.size() > Image::MaxFileSize)
-        return false;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    bytes = file.readAll();
-    return !bytes.isEmpty();
+    QSize size;
+    QImage::Format format = QImage::Format_Invalid;
+    bool colour = false;
+    bool alpha = false;
+};
+
+// Calls take(reader) with a reader over file for each format that takes
+// it, until take answers true; false when none did. The content names the
+// format; the file's suffix is the fallback for formats without a signature
+// of their own (a TGA file's first bytes pass for a cursor's).
+template <class Take>
+bool readWithFittingReader(const QByteArray& file, const QString& suffix, Take take)
+{
+    for (const QByteArray& format : {QByteArray(), suffix.toLower().toLatin1()}) {
+        QBuffer buffer;
+        buffer.setData(file);
+        buffer.open(QIODevice::ReadOnly);
+        QImageReader reader(&buffer, format);
+        if (reader.canRead() && take(reader))
+            return true;
+    }
+    return false;
 }
 
 bool fitsPixelLimit(QImageReader& reader)
@@ -38,65 +54,83 @@ bool fitsPixelLimit(QImageReader& reader)
     return qint64(size.width()) * size.height() <= maxPixels;
 }
 
-// The content names the format; the file's suffix is the fallback for
-// formats without a signature of their own (a TGA file's first bytes pass
-// for a cursor's).
-bool decode(const QByteArray& file, const QString& suffix, QImage& pixels)
+bool isGrey(QImage::Format format)
 {
-    for (const QByteArray& format : {QByteArray(), suffix.toLower().toLatin1()}) {
-        QBuffer buffer;
-        buffer.setData(file);
-        buffer.open(QIODevice::ReadOnly);
-        QImageReader reader(&buffer, format);
-        if (!reader.canRead())
-            continue;
-        if (!fitsPixelLimit(reader))
-            return false;
-        if (reader.read(&pixels) && !pixels.isNull())
-            return true;
-    }
-    return false;
+    return format == QImage::Format_Grayscale8 || format == QImage::Format_Grayscale16
+        || format == QImage::Format_Alpha8;
+}
+
+bool isBilevel(QImage::Format format)
+{
+    return format == QImage::Format_Mono || format == QImage::Format_MonoLSB;
+}
+
+bool isPalette(QImage::Format format)
+{
+    return isBilevel(format) || format == QImage::Format_Indexed8;
 }
 
 bool carriesColour(const QImage& pixels)
 {
-    switch (pixels.format()) {
-    case QImage::Format_Grayscale8:
-    case QImage::Format_Grayscale16:
-    case QImage::Format_Alpha8:
-        return false;
-    case QImage::Format_Mono:
-    case QImage::Format_MonoLSB:
-    case QImage::Format_Indexed8: {
-        const QVector<QRgb> palette = pixels.colorTable();
-        return !std::all_of(palette.begin(), palette.end(),
-                            [](QRgb entry) { return qIsGray(entry); });
-    }
-    default:
+    if (!isPalette(pixels.format()))
+        return !isGrey(pixels.format());
+    const QVector<QRgb> palette = pixels.colorTable();
+    return !std::all_of(palette.begin(), palette.end(), [](QRgb entry) { return qIsGray(entry); });
+}
+
+bool decode(const QByteArray& file, const QString& suffix, QImage& pixels, std::string& why)
+{
+    why = "not an image this program can decode, or damaged";
+    return readWithFittingReader(file, suffix, [&](QImageReader& reader) {
+        if (!fitsPixelLimit(reader)) {
+            why = "its pixels would take more than 1 GiB";
+            return false;
+        }
+        return reader.read(&pixels) && !pixels.isNull();
+    });
+}
+
+Shape shapeOfPixels(const QImage& pixels)
+{
+    return {pixels.size(), pixels.format(), carriesColour(pixels), pixels.hasAlphaChannel()};
+}
+
+// The header's size and pixel format, without decoding; false when no
+// installed plugin takes the file for its format.
+bool readShapeFromHeader(const QByteArray& file, const QString& suffix, Shape& shape)
+{
+    return readWithFittingReader(file, suffix, [&](QImageReader& reader) {
+        shape.size = reader.size();
+        // Some plugins answer the format with garbage when the header could
+        // not be read.
+        shape.format = shape.size.isValid() ? reader.imageFormat() : QImage::Format_Invalid;
+        if (shape.format < QImage::Format_Invalid || shape.format >= QImage::NImageFormats)
+            shape.format = QImage::Format_Invalid;
+        shape.colour = shape.format != QImage::Format_Invalid && !isGrey(shape.format)
+            && !isBilevel(shape.format);
+        shape.alpha = shape.format != QImage::Format_Invalid
+            && QImage::toPixelFormat(shape.format).alphaUsage() == QPixelFormat::UsesAlpha;
         return true;
-    }
+    });
 }
 
-// The samples of a decoded pixel in the TIFF sense: one for grey and for
-// palette images (the palette index), three for colour, four with alpha.
-int samplesPerPixel(const QImage& pixels)
+// The samples of a pixel in the TIFF sense: one for grey and for palette
+// images (the palette index), three for colour, four with alpha; 0 when the
+// format is not known.
+int samplesPerPixel(const Shape& shape)
 {
-    switch (pixels.format()) {
-    case QImage::Format_Mono:
-    case QImage::Format_MonoLSB:
-    case QImage::Format_Indexed8:
-    case QImage::Format_Grayscale8:
-    case QImage::Format_Grayscale16:
-    case QImage::Format_Alpha8:
+    if (shape.format == QImage::Format_Invalid)
+        return 0;
+    if (isPalette(shape.format) || isGrey(shape.format))
         return 1;
-    default:
-        return pixels.hasAlphaChannel() ? 4 : 3;
-    }
+    return shape.alpha ? 4 : 3;
 }
 
-int bitsPerSample(const QImage& pixels)
+int bitsPerSample(QImage::Format format)
 {
-    switch (pixels.format()) {
+    switch (format) {
+    case QImage::Format_Invalid:
+        return 0;
     case QImage::Format_Mono:
     case QImage::Format_MonoLSB:
         return 1;
@@ -108,6 +142,12 @@ int bitsPerSample(const QImage& pixels)
     default:
         return 8;
     }
+}
+
+bool fail(std::string& why, const std::string& reason)
+{
+    why = reason;
+    return false;
 }
 
 } // namespace
@@ -132,24 +172,56 @@ std::optional<std::string> Image::findAttachmentField(const std::string& key) co
 
 bool Image::read(const char* utf8Path)
 {
+    std::string why;
+    return load(utf8Path, true, why);
+}
+
+bool Image::readHeader(const char* utf8Path, std::string* why)
+{
+    std::string reason;
+    const bool loaded = load(utf8Path, false, reason);
+    if (why)
+        *why = loaded ? std::string() : reason;
+    return loaded;
+}
+
+bool Image::load(const char* utf8Path, bool decodePixels, std::string& why)
+{
     if (!utf8Path)
-        return false;
+        return fail(why, "no file name");
     try {
         const QString path = QString::fromUtf8(utf8Path);
         QByteArray file;
-        QImage pixels;
-        if (!readFile(path, file) || !decode(file, QFileInfo(path).suffix(), pixels))
+        if (zeImageFile::read(path, MaxFileSize, file, why) != zeImageFile::Read)
             return false;
+        if (file.isEmpty())
+            return fail(why, "empty file");
+        const QString suffix = QFileInfo(path).suffix();
+        QImage pixels;
+        Shape shape;
+        if (decodePixels) {
+            if (!decode(file, suffix, pixels, why))
+                return false;
+            shape = shapeOfPixels(pixels);
+        } else if (!readShapeFromHeader(file, suffix, shape)) {
+            return fail(why, "not an image format this program reads");
+        }
         const bool wantsMetaData =
             findAttachmentField(zeImageMetaData::getAttachmentKey()).has_value();
         zeImageMetaReader::Blocks blocks;
-        if (wantsMetaData) {
+        if (wantsMetaData || !shape.size.isValid()) {
             zeImageMetaReader::read(file.constData(), std::size_t(file.size()),
-                                    samplesPerPixel(pixels), bitsPerSample(pixels), blocks);
+                                    samplesPerPixel(shape), bitsPerSample(shape.format), blocks);
         }
+        if (!shape.size.isValid() && blocks.isEmpty())
+            return fail(why, "damaged: neither its size nor its metadata can be read");
         _name = utf8Path;
         _pixels = pixels;
-        _hasColor = carriesColour(pixels);
+        _width = shape.size.isValid() ? shape.size.width() : 0;
+        _height = shape.size.isValid() ? shape.size.height() : 0;
+        _depth = shape.size.isValid() ? 1 : 0;
+        _hasColor = shape.colour;
+        _hasAlpha = shape.alpha;
         if (wantsMetaData) {
             setAttachmentField(zeImageMetaData::getBaselineDataKey(), blocks.baseline);
             setAttachmentField(zeImageMetaData::getEXIFDataKey(), blocks.exif);
@@ -158,7 +230,7 @@ bool Image::read(const char* utf8Path)
         return true;
     } catch (...) {
         // Out of memory for a large file or image.
-        return false;
+        return fail(why, "out of memory");
     }
 }
 
