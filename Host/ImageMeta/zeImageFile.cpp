@@ -1,9 +1,10 @@
 #include "zeImageFile.h"
 
+#include <QZEAtomicFileWriter.h>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 
 namespace {
 
@@ -54,26 +55,9 @@ zeImageFile::ReadResult zeImageFile::read(const QString& path, qint64 maxSize, Q
 
 bool zeImageFile::save(const QString& path, const std::string& contents, std::string& why)
 {
-    // Unbuffered, so that a refusal shows at the write that meets it, with
-    // the system's reason: a buffered file keeps a small file's bytes until
-    // the flush, and a flush or write cut short reports no reason at all.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        why = file.errorString().toStdString();
-        return false;
-    }
-    const qint64 size = qint64(contents.size());
-    for (qint64 written = 0; written < size;) {
-        const qint64 chunk = file.write(contents.data() + written, size - written);
-        if (chunk <= 0) {
-            why = file.errorString().toStdString();
-            return false;
-        }
-        written += chunk;
-    }
-    if (!file.flush() || !file.commit()) {
-        why = file.errorString().toStdString();
-        return false;
-    }
-    return true;
+    QZEAtomicFileWriter file(path);
+    if (file.open() && file.write(QByteArray::fromStdString(contents)) && file.commit())
+        return true;
+    why = file.errorString().toStdString();
+    return false;
 }
