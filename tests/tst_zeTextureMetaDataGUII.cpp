@@ -1,4 +1,5 @@
 #include "ImageFixtures.h"
+#include "TestHelpers.h"
 #include "zeTextureMetaDataGUII.h"
 
 #include <osgImage.h>
@@ -6,7 +7,11 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QAbstractTextDocumentLayout>
 #include <QPointer>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStyle>
@@ -140,6 +145,25 @@ const QStringList CameraLines = {
     QStringLiteral("Lens focal length in 35mm:\t 75 mm"),
 };
 
+// Blocks with every key, each listing its keys in an order other than the
+// dialog's (the focal length before the 35 mm key, whose name it begins).
+const std::string FullBaseline = "@COPYRIGHT (c) Someone\n@ARTIST Artist A\n"
+                                 "@IMAGEDESCRIPTION A view\n@SOFTWARE Tool 2\n@MODEL Model 7\n"
+                                 "@MAKE Maker\n@BITS_PER_SAMPLE 8\n@SAMPLES_PER_PIXEL 3\n";
+const std::string FullExif = "@FOCAL_LENGTH 50\n@FOCAL_LENGTH_IN _35MM_FILM 75\n"
+                             "@SUBJECT_DISTANCE 3.5\n@EXPOSURE_BIAS -0.33\n@BRIGHTNESS 5.25\n"
+                             "@APERTURE 4.97\n@SHUTTER_SPEED 6.64\n@F_NUMBER 5.6\n"
+                             "@EXPOSURE_TIME 1/100\n";
+
+// Where, in the text box's document, the line's character at position
+// starts (line is the layout line the character is on).
+qreal documentX(const QTextBlock& block, int position)
+{
+    const QTextLayout* layout = block.layout();
+    const QTextLine line = layout->lineForTextPosition(position);
+    return layout->position().x() + line.cursorToX(position);
+}
+
 } // namespace
 
 class tst_zeTextureMetaDataGUII : public QObject
@@ -178,6 +202,8 @@ private slots:
     void apexValuesStandAloneWithoutTheirPlainValues();
     void labelsAndUnitsAreTranslatedInTheDialogContext();
     void markupInATagValueIsShownAsPlainText();
+    void valuesStartInOneColumnPastEveryLabel();
+    void textBoxShowsTheFirstLinesAfterFilling();
 
     void jpegWithExifShowsItsTagsWithUnits();
     void tiffWithExifShowsItsBaselineAndExposureTags();
@@ -521,17 +547,7 @@ void tst_zeTextureMetaDataGUII::exposureTagsAreLookedUpInTheExifOnly()
 
 void tst_zeTextureMetaDataGUII::fullBlocksGiveEveryLineInOrder()
 {
-    // Each block lists its keys in an order other than the dialog's (the
-    // focal length before the 35 mm key, whose name it begins).
-    const std::string baseline = "@COPYRIGHT (c) Someone\n@ARTIST Artist A\n"
-                                 "@IMAGEDESCRIPTION A view\n@SOFTWARE Tool 2\n@MODEL Model 7\n"
-                                 "@MAKE Maker\n@BITS_PER_SAMPLE 8\n@SAMPLES_PER_PIXEL 3\n";
-    const std::string exif = "@FOCAL_LENGTH 50\n@FOCAL_LENGTH_IN _35MM_FILM 75\n"
-                             "@SUBJECT_DISTANCE 3.5\n@EXPOSURE_BIAS -0.33\n@BRIGHTNESS 5.25\n"
-                             "@APERTURE 4.97\n@SHUTTER_SPEED 6.64\n@F_NUMBER 5.6\n"
-                             "@EXPOSURE_TIME 1/100\n";
-
-    const QStringList lines = linesFor(baseline, exif);
+    const QStringList lines = linesFor(FullBaseline, FullExif);
 
     QCOMPARE(lines, UnreadImageLines + QStringList({
                         QStringLiteral("Samples per pixel:\t 3"),
@@ -612,6 +628,52 @@ void tst_zeTextureMetaDataGUII::markupInATagValueIsShownAsPlainText()
     dialog.showMetaDataLines(*image, "@IMAGEDESCRIPTION" + description.toStdString() + "\n", "");
 
     QCOMPARE(linesOf(dialog).last(), QStringLiteral("Image description:\t") + description);
+}
+
+void tst_zeTextureMetaDataGUII::valuesStartInOneColumnPastEveryLabel()
+{
+    LinesDialog dialog;
+    const osg::ImagePtr image = osg::Image::create();
+    dialog.showMetaDataLines(*image, FullBaseline, FullExif);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+
+    const QTextDocument* document = textBoxOf(dialog)->document();
+    const QFontMetricsF metrics(document->defaultFont());
+    QList<qreal> valueStarts;
+    qreal widestLabel = 0.0;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        const QString line = block.text();
+        const int firstTab = line.indexOf(QLatin1Char('\t'));
+        if (firstTab < 0)
+            continue;
+        int value = firstTab;
+        while (line.at(value) == QLatin1Char('\t'))
+            ++value;
+        widestLabel = std::max(widestLabel, metrics.horizontalAdvance(line.left(firstTab)));
+        valueStarts.append(documentX(block, value));
+    }
+    QCOMPARE(valueStarts.size(), 4 + 2 + 6 + 9); // fixed, counts, descriptive, exposure
+    for (qreal x : valueStarts)
+        QZE_COMPARE_NEAR(x, valueStarts.first(), 0.5);
+    QVERIFY2(valueStarts.first() > documentX(document->begin(), 0) + widestLabel,
+             qPrintable(QString::number(valueStarts.first())));
+}
+
+void tst_zeTextureMetaDataGUII::textBoxShowsTheFirstLinesAfterFilling()
+{
+    LinesDialog dialog;
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    const osg::ImagePtr image = osg::Image::create();
+
+    dialog.showMetaDataLines(*image, FullBaseline, FullExif);
+    QCoreApplication::processEvents();
+
+    const QScrollBar* scroll = textBoxOf(dialog)->verticalScrollBar();
+    QVERIFY(scroll->maximum() > 0);
+    QCOMPARE(scroll->value(), 0);
+    QCOMPARE(textBoxOf(dialog)->textCursor().position(), 0);
 }
 
 // --- Real files -------------------------------------------------------------------

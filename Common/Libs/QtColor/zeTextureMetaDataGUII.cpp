@@ -3,8 +3,12 @@
 #include "zeImageMetaData.h"
 #include "zeLog.h"
 
+#include <QFontMetricsF>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextBlockFormat>
+#include <QTextOption>
 
 #include <algorithm>
 
@@ -108,6 +112,8 @@ void zeTextureMetaDataGUII::showMetaDataLines(const osg::Image& image, const std
     if (!exif.empty())
         appendText(QString());
     appendExposureLines(exif);
+    lineUpValues();
+    _ui._metadata->moveCursor(QTextCursor::Start); // the first lines in view, not the last
 }
 
 void zeTextureMetaDataGUII::appendFixedLines(const osg::Image& image)
@@ -187,6 +193,41 @@ void zeTextureMetaDataGUII::appendText(const QString& line)
     if (!document->isEmpty())
         cursor.insertBlock();
     cursor.insertText(line);
+}
+
+// The labels' tabs were counted for one common column: a label narrower
+// than every two-tab label ends in two tabs, a wider one in one. The text
+// box's default stops, a fixed 80 pixels apart, scatter the values; instead
+// the first stop goes just past the widest two-tab label and the second,
+// where every value starts, just past the widest label, in the font and
+// translation at hand.
+void zeTextureMetaDataGUII::lineUpValues()
+{
+    QTextDocument* document = _ui._metadata->document();
+    const QFontMetricsF metrics(document->defaultFont());
+    const qreal gap = metrics.horizontalAdvance(QLatin1Char(' ')) * 2;
+    qreal widestTwoTabLabel = 0.0;
+    qreal widestLabel = 0.0;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        const QString line = block.text();
+        const int firstTab = line.indexOf(QLatin1Char('\t'));
+        if (firstTab < 0)
+            continue;
+        const qreal width = metrics.horizontalAdvance(line.left(firstTab));
+        widestLabel = std::max(widestLabel, width);
+        if (line.midRef(firstTab + 1).startsWith(QLatin1Char('\t')))
+            widestTwoTabLabel = std::max(widestTwoTabLabel, width);
+    }
+    // Any stop past the two-tab labels will do as the first, as long as it
+    // comes before the narrowest one-tab label.
+    const qreal firstStop = widestTwoTabLabel + 1.0;
+    QTextBlockFormat stops;
+    stops.setTabPositions({QTextOption::Tab(firstStop, QTextOption::LeftTab),
+                           QTextOption::Tab(std::max(widestLabel, firstStop) + gap,
+                                            QTextOption::LeftTab)});
+    QTextCursor cursor(document);
+    cursor.select(QTextCursor::Document);
+    cursor.mergeBlockFormat(stops);
 }
 
 std::string zeTextureMetaDataGUII::translated(const char* text) const

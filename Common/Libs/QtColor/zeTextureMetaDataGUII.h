@@ -49,6 +49,7 @@ private:
     void appendExposureLines(const std::string& exif);
     void appendLine(const char* label, const std::string& value);
     void appendText(const QString& line);
+    void lineUpValues();
     std::string translated(const char* text) const;
 
     Ui_zeTextureMetaDataGUI _ui;
