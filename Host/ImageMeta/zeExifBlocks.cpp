@@ -4,6 +4,8 @@
 
 #include <exiv2/tags.hpp>
 
+#include <cstring>
+
 namespace {
 
 using Formatter = std::string (*)(const std::string&);
@@ -48,10 +50,22 @@ std::string valueOf(const Data& data, const std::string& prefix, const Tag& tag)
     return found == data.end() ? std::string() : tag.format(found->toString());
 }
 
+// Readers add the metre unit to a subject distance unless its value is
+// exactly the word for infinity or for an unknown distance, so the words
+// follow the key without the blank.
+bool isDistanceWord(const char* key, const std::string& value)
+{
+    return std::strcmp(key, "@SUBJECT_DISTANCE") == 0
+        && (value == "Infinity" || value == "Distance unknown");
+}
+
 void appendLine(std::string& block, const char* key, const std::string& value)
 {
     if (!value.empty())
-        block.append(key).append(1, ' ').append(value).append(1, '\n');
+        block.append(key)
+            .append(isDistanceWord(key, value) ? 0 : 1, ' ')
+            .append(value)
+            .append(1, '\n');
 }
 
 std::string countOr(const std::string& fromFile, int decoded)

@@ -10,7 +10,8 @@
 // a file. A block holds one line per tag that is present and defined, in a
 // fixed order: the key (a word starting with "@"), one blank, the value as
 // zeExifFormat writes it, and a line feed; every line ends with its line
-// feed, so blocks can be appended to each other.
+// feed, so blocks can be appended to each other. The subject distance's words
+// "Infinity" and "Distance unknown" follow their key without the blank.
 //
 // Baseline keys and their TIFF/EXIF image tags: @SAMPLES_PER_PIXEL
 // (SamplesPerPixel), @BITS_PER_SAMPLE (BitsPerSample), @MAKE, @MODEL,

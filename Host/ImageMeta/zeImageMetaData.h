@@ -27,7 +27,8 @@
 //   getAttachmentKey()  the file's XMP packet, when it carries the
 //                   render-settings record or EXIF properties inside the XMP;
 //                   left empty when it carries neither.
-// Each line is the key, one blank, the value and a line feed. Values are
+// Each line is the key, one blank, the value and a line feed (no blank
+// before the subject distance's "Infinity" and "Distance unknown"). Values are
 // written as a photographer reads them: exposure time "1/100", f-number
 // "5.6", the APEX values (shutter speed, aperture, brightness, exposure
 // bias) with two decimals, subject distance in metres or "Infinity" or

@@ -1,0 +1,26 @@
+#ifndef IMAGEMETAGUI_H
+#define IMAGEMETAGUI_H
+
+#include <QCoreApplication>
+
+// zeimagemeta's window mode: "zeimagemeta --gui FILE" shows the image
+// information dialog for FILE and runs until the dialog is closed. Exit
+// status as for the other commands: 0, 1 when FILE cannot be read, 2 on a
+// usage error.
+class ImageMetaGui
+{
+    Q_DECLARE_TR_FUNCTIONS(ImageMetaGui)
+
+public:
+    // Whether the command line asks for the window mode. Decided before any
+    // application object exists: this mode needs a display, the others none.
+    static bool isRequested(int argc, char** argv);
+
+    // Creates the application and runs the mode.
+    static int run(int argc, char** argv);
+
+private:
+    static int usageError(const QString& message);
+};
+
+#endif // IMAGEMETAGUI_H
