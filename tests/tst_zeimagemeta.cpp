@@ -23,7 +23,7 @@ class tst_zeimagemeta : public QObject
 
 private slots:
     void initTestCase();
-    void helpDescribesBothCommandsAndSucceeds();
+    void helpDescribesEveryModeAndSucceeds();
     void versionPrintsTheProgramsVersion();
     void showPrintsTheBlocksAndTheDecodedRecord();
     void showOfAFileWithoutMetadataPrintsEmptyBlocksAndNoRecord();
@@ -100,7 +100,7 @@ zeImageMetaData tst_zeimagemeta::metaDataOf(const QString& file, bool withEXIF)
     return zeImageMetaData(image, withEXIF);
 }
 
-void tst_zeimagemeta::helpDescribesBothCommandsAndSucceeds()
+void tst_zeimagemeta::helpDescribesEveryModeAndSucceeds()
 {
     const Result result = runTool({QStringLiteral("--help")});
     QCOMPARE(result.exitCode, 0);
@@ -110,6 +110,7 @@ void tst_zeimagemeta::helpDescribesBothCommandsAndSucceeds()
     QVERIFY(result.out.contains("--render-version <V>"));
     QVERIFY(result.out.contains("--version"));
     QVERIFY(result.out.contains("--exif-in-xmp"));
+    QVERIFY(result.out.contains("--gui FILE"));
     QVERIFY(result.out.simplified().contains("128 switch material states"));
     QVERIFY(result.err.isEmpty());
 }

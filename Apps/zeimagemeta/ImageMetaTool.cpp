@@ -115,6 +115,8 @@ QString ImageMetaTool::helpText() const
         + tr("Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without "
              "re-encoding its pixels; a record already there is replaced. On any failure the "
              "file is left as it was.")
+        + QLatin1String("\n  --gui FILE\n      ")
+        + tr("Show the image information dialog for FILE.")
         + QLatin1String("\n\n")
         + tr("Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage "
              "error.");
