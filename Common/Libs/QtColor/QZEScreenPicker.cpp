@@ -1,0 +1,6 @@
+#include "QZEScreenPicker.h"
+
+QZEScreenPicker::QZEScreenPicker(QObject* parent)
+    : QObject(parent)
+{
+}
