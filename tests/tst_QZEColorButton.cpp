@@ -1,4 +1,5 @@
 #include "ColourArithmetic.h"
+#include "ColourChecks.h"
 #include "QZEColorButton.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
@@ -40,26 +41,6 @@ float clamp01(float c)
 {
     return std::min(std::max(c, 0.0f), 1.0f);
 }
-
-void compareColours(const QZEColor& actual, const QZEColor& expected, double tolerance)
-{
-    QZE_COMPARE_NEAR(actual.h, expected.h, tolerance * 360.0);
-    QZE_COMPARE_NEAR(actual.s, expected.s, tolerance);
-    QZE_COMPARE_NEAR(actual.v, expected.v, tolerance);
-}
-
-// Sets QZEColor::s_useGamma for one scope.
-class GammaSetting
-{
-public:
-    explicit GammaSetting(bool on) : _previous(QZEColor::s_useGamma) { QZEColor::s_useGamma = on; }
-    ~GammaSetting() { QZEColor::s_useGamma = _previous; }
-    GammaSetting(const GammaSetting&) = delete;
-    GammaSetting& operator=(const GammaSetting&) = delete;
-
-private:
-    bool _previous;
-};
 
 // --- Signals ----------------------------------------------------------------
 
