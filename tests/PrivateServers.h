@@ -99,6 +99,14 @@ private:
     QString _displayFailure;
 };
 
+// The device pixel ratio that QT_SCALE_FACTOR asks for; 1 without it.
+inline double requestedScaleFactor()
+{
+    bool given = false;
+    const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&given);
+    return given ? factor : 1.0;
+}
+
 #define QZE_SKIP_WITHOUT_BUS()                                                                   \
     do {                                                                                         \
         const QString qzeFailure = PrivateServers::instance()->busFailure();                     \

@@ -79,9 +79,7 @@ void tst_QZEScreenPickerX11::checkPoints(PatternWindow& window, const QVector<QP
 
 void tst_QZEScreenPickerX11::screensHaveTheDevicePixelRatioAskedFor()
 {
-    bool numberGiven = false;
-    const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&numberGiven);
-    const double expected = numberGiven ? factor : 1.0;
+    const double expected = requestedScaleFactor();
     for (QScreen* screen : QGuiApplication::screens())
         QCOMPARE(screen->devicePixelRatio(), expected);
     // 1920 x 1200 device pixels.
