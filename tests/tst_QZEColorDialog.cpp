@@ -152,6 +152,45 @@ QByteArray standardOutputOf(const std::function<void()>& work)
 
 const QZEColor StartColour(200.0f, 0.6f, 0.5f);
 
+// The rows of a test run with the sRGB switch on and off.
+void addGammaRows()
+{
+    QTest::addColumn<bool>("useGamma");
+    QTest::addRow("sRGB on") << true;
+    QTest::addRow("sRGB off") << false;
+}
+
+// Calls a handler slot by its name, with a double for the spin boxes' and a
+// float for the sliders'.
+bool invokeHandler(QZEColorDialog& dialog, const QByteArray& slot, double input)
+{
+    return slot.endsWith("SpinerChanged")
+               ? QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(double, input))
+               : QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(float, float(input)));
+}
+
+// After an edit of one L*a*b* component: that component is expected, the
+// other two are as before.
+void compareLabEdit(const QZEColor& before, const QZEColor& after, int component, double expected)
+{
+    const Lab was = labOfColour(before);
+    const Lab is = labOfColour(after);
+    const double wasComponents[3] = {was.L, was.a, was.b};
+    const double isComponents[3] = {is.L, is.a, is.b};
+    for (int i = 0; i < 3; ++i)
+        QZE_COMPARE_NEAR_IN(isComponents[i], i == component ? expected : wasComponents[i], 2e-3,
+                            QStringLiteral("component %1").arg(i));
+}
+
+// Shows the dialog with its top left corner at position, so that the
+// screen left of it lies outside the dialog.
+bool showAt(QZEColorDialog& dialog, const QPoint& position = QPoint(300, 200))
+{
+    dialog.move(position);
+    dialog.show();
+    return QTest::qWaitForWindowExposed(&dialog);
+}
+
 // A small window of one colour, well away from the dialog.
 class ColourPatch : public QWidget
 {
@@ -596,9 +635,7 @@ void tst_QZEColorDialog::greyInHueModeSendsOnlyHueToColourField()
 void tst_QZEColorDialog::rightClickDuringPickingEndsWithoutChangingColour()
 {
     QZEColorDialog dialog;
-    dialog.move(300, 200);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     const QZEColor before = dialog.getColor();
     dialog.toggleColorPipette(true);
     QWidget* catcher = pipetteCatcher();
@@ -616,9 +653,7 @@ void tst_QZEColorDialog::rightClickDuringPickingEndsWithoutChangingColour()
 void tst_QZEColorDialog::leftReleaseOverDialogEndsPickingWithoutGrabbing()
 {
     QZEColorDialog dialog;
-    dialog.move(300, 200);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     const QZEColor before = dialog.getColor();
     part<QToolButton>(dialog, "_pick_color")->click();
     QWidget* catcher = pipetteCatcher();
@@ -687,10 +722,7 @@ void tst_QZEColorDialog::componentHandlersWriteTheirComponent()
     setInternalColour(dialog, StartColour);
     QZEColor::s_useGamma = useGamma;
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
-    const bool invoked = slot.endsWith("SpinerChanged")
-                             ? QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(double, input))
-                             : QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(float, float(input)));
-    QVERIFY(invoked);
+    QVERIFY(invokeHandler(dialog, slot, input));
     QZE_CHECK(compareHsv(internalColour(dialog), expected, QStringLiteral("internal")));
     QCOMPARE(spy.count(), 1);
     const QZEColor external = useGamma ? expected : encodedColour(expected);
@@ -724,16 +756,8 @@ void tst_QZEColorDialog::labHandlersReplaceOneLabComponent()
         QZEColorDialog dialog;
         setInternalColour(dialog, StartColour);
         QZEColor::s_useGamma = useGamma;
-        const Lab before = labOfColour(StartColour);
-        const bool invoked = slot.endsWith("SpinerChanged")
-                                 ? QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(double, input))
-                                 : QMetaObject::invokeMethod(&dialog, slot.constData(), Q_ARG(float, float(input)));
-        QVERIFY(invoked);
-        const Lab after = labOfColour(internalColour(dialog));
-        const double was[3] = {before.L, before.a, before.b};
-        const double is[3] = {after.L, after.a, after.b};
-        for (int i = 0; i < 3; ++i)
-            QZE_COMPARE_NEAR(is[i], i == component ? expected : was[i], 2e-3);
+        QVERIFY(invokeHandler(dialog, slot, input));
+        QZE_CHECK(compareLabEdit(StartColour, internalColour(dialog), component, expected));
     }
 }
 
@@ -780,12 +804,7 @@ void tst_QZEColorDialog::colourFieldSliderWritesItsModesComponent()
         setInternalColour(dialog, StartColour);
         part<QZEColorSlider>(dialog, "_colorFieldSlider")->setMode(QZEColorSlider::Mode(labMode));
         dialog.colorFieldSliderChanged(0.7f);
-        const Lab before = labOfColour(StartColour);
-        const Lab after = labOfColour(internalColour(dialog));
-        const double was[3] = {before.L, before.a, before.b};
-        const double is[3] = {after.L, after.a, after.b};
-        for (int i = 0; i < 3; ++i)
-            QZE_COMPARE_NEAR(is[i], i == labMode - 6 ? labExpected[i] : was[i], 2e-3);
+        QZE_CHECK(compareLabEdit(StartColour, internalColour(dialog), labMode - 6, labExpected[labMode - 6]));
     }
 }
 
@@ -802,9 +821,7 @@ void tst_QZEColorDialog::colourFieldSliderInUnknownModeKeepsColour()
 
 void tst_QZEColorDialog::colourFieldColourIsDecodedExceptInLabModes_data()
 {
-    QTest::addColumn<bool>("useGamma");
-    QTest::addRow("sRGB on") << true;
-    QTest::addRow("sRGB off") << false;
+    addGammaRows();
 }
 
 void tst_QZEColorDialog::colourFieldColourIsDecodedExceptInLabModes()
@@ -830,8 +847,7 @@ void tst_QZEColorDialog::colorChangedOncePerUserEdit()
 {
     QZEColor::s_useGamma = true;
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
 
     const auto pressSlider = [&](const char* name, double at) {
         auto* slider = part<QZEColorSlider>(dialog, name);
@@ -887,8 +903,7 @@ void tst_QZEColorDialog::viewRefreshesEmitNothing()
 {
     QZEColor::s_useGamma = false;
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.setColor(QZEColor(75.0f, 0.5f, 0.5f));
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
     dialog.updateGUI();
@@ -908,9 +923,7 @@ void tst_QZEColorDialog::viewRefreshesEmitNothing()
 
 void tst_QZEColorDialog::slidersShowEncodedChannelsAndScaledComponents_data()
 {
-    QTest::addColumn<bool>("useGamma");
-    QTest::addRow("sRGB on") << true;
-    QTest::addRow("sRGB off") << false;
+    addGammaRows();
 }
 
 void tst_QZEColorDialog::slidersShowEncodedChannelsAndScaledComponents()
@@ -1181,8 +1194,7 @@ void tst_QZEColorDialog::previousSwatchClickRestoresColourOnly()
 {
     QZEColor::s_useGamma = true;
     QZEColorDialog dialog(QZEColor(30.0f, 0.5f, 0.5f));
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.hueSliderChanged(0.5f);
     auto* previous = part<QZEColorButton>(dialog, "_previous_color");
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
@@ -1236,8 +1248,7 @@ void tst_QZEColorDialog::closeEmitsPreviousColour()
 {
     QZEColor::s_useGamma = false;
     QZEColorDialog dialog(QZEColor(10.0f, 0.5f, 0.5f));
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.valueSliderChanged(0.9f);
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
     QVERIFY(dialog.close());
@@ -1252,8 +1263,7 @@ void tst_QZEColorDialog::escapeRejects()
 {
     QZEColor::s_useGamma = true;
     QZEColorDialog dialog(QZEColor(10.0f, 0.5f, 0.5f));
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.hueSliderChanged(0.5f);
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
     QSignalSpy rejected(&dialog, SIGNAL(rejected()));
@@ -1294,8 +1304,7 @@ void tst_QZEColorDialog::colourTabRefreshesViewSilently()
 void tst_QZEColorDialog::resizeOnSpectrumTabFitsSceneToView()
 {
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     auto* tabs = part<QTabWidget>(dialog, "tabWidget");
     auto* view = part<QGraphicsView>(dialog, "_spectrumPlot");
     tabs->setCurrentIndex(1);
@@ -1308,8 +1317,7 @@ void tst_QZEColorDialog::resizeOnSpectrumTabFitsSceneToView()
 void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
 {
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     QTimer* timer = dialog.findChild<QTimer*>();
     QVERIFY(timer);
     auto* button = part<QToolButton>(dialog, "_pick_color");
@@ -1342,9 +1350,7 @@ void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
 void tst_QZEColorDialog::pipetteCatcherFollowsCursorOutsideDialogOnly()
 {
     QZEColorDialog dialog;
-    dialog.move(300, 200);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.toggleColorPipette(true);
     QWidget* catcher = pipetteCatcher();
     QVERIFY(catcher);
@@ -1362,9 +1368,7 @@ void tst_QZEColorDialog::pipetteCatcherFollowsCursorOutsideDialogOnly()
 void tst_QZEColorDialog::pipetteSwallowsPressesAndMoves()
 {
     QZEColorDialog dialog;
-    dialog.move(300, 200);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     QWidget* catcher = nullptr;
     {
         // The catcher exists before the first pick; a filter installed now
@@ -1393,8 +1397,7 @@ void tst_QZEColorDialog::pipetteSwallowsPressesAndMoves()
 void tst_QZEColorDialog::keyPressEndsPicking()
 {
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.toggleColorPipette(true);
     QWidget* catcher = pipetteCatcher();
     QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
@@ -1410,8 +1413,7 @@ void tst_QZEColorDialog::keyPressEndsPicking()
 void tst_QZEColorDialog::pipetteButtonEndsPicking()
 {
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     auto* button = part<QToolButton>(dialog, "_pick_color");
     button->click();
     QVERIFY(pipetteCatcher()->isVisible());
@@ -1422,9 +1424,7 @@ void tst_QZEColorDialog::pipetteButtonEndsPicking()
 
 void tst_QZEColorDialog::leftReleaseOutsideDialogGrabsPixel_data()
 {
-    QTest::addColumn<bool>("useGamma");
-    QTest::addRow("sRGB on") << true;
-    QTest::addRow("sRGB off") << false;
+    addGammaRows();
 }
 
 void tst_QZEColorDialog::leftReleaseOutsideDialogGrabsPixel()
@@ -1435,9 +1435,7 @@ void tst_QZEColorDialog::leftReleaseOutsideDialogGrabsPixel()
     patch.show();
     QVERIFY(QTest::qWaitForWindowExposed(&patch));
     QZEColorDialog dialog;
-    dialog.move(300, 200);
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     dialog.toggleColorPipette(true);
     QWidget* catcher = pipetteCatcher();
     const QPoint target(30, 30);
@@ -1470,8 +1468,7 @@ void tst_QZEColorDialog::screenColourConversionFollowsGammaSwitch()
 void tst_QZEColorDialog::arrowKeysOnColourFieldEmitOncePerKey()
 {
     QZEColorDialog dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(showAt(dialog));
     setInternalColour(dialog, StartColour);
     auto* field = part<QZEColorField>(dialog, "_colorField");
     field->setFocus();

@@ -429,6 +429,18 @@ void QZEColorDialog::writeLab(int component, float value)
     _color = fromLab(lab);
 }
 
+void QZEColorDialog::editComponent(Mode mode, float position)
+{
+    writeComponent(mode, position);
+    finishEdit();
+}
+
+void QZEColorDialog::editLab(int component, float value)
+{
+    writeLab(component, value);
+    finishEdit();
+}
+
 void QZEColorDialog::finishEdit()
 {
     updateSlider();
@@ -436,64 +448,19 @@ void QZEColorDialog::finishEdit()
     emit colorChanged(getColor());
 }
 
-void QZEColorDialog::hueSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Hue, value);
-    finishEdit();
-}
-
-void QZEColorDialog::saturationSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Saturation, value);
-    finishEdit();
-}
-
-void QZEColorDialog::valueSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Value, value);
-    finishEdit();
-}
-
-void QZEColorDialog::redSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Red, value);
-    finishEdit();
-}
-
-void QZEColorDialog::greenSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Green, value);
-    finishEdit();
-}
-
-void QZEColorDialog::blueSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Blue, value);
-    finishEdit();
-}
-
-void QZEColorDialog::lstarSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Lstar, value);
-    finishEdit();
-}
-
-void QZEColorDialog::astarSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Astar, value);
-    finishEdit();
-}
-
-void QZEColorDialog::bstarSliderChanged(float value)
-{
-    writeComponent(QZEColorSlider::Bstar, value);
-    finishEdit();
-}
+void QZEColorDialog::hueSliderChanged(float value) { editComponent(QZEColorSlider::Hue, value); }
+void QZEColorDialog::saturationSliderChanged(float value) { editComponent(QZEColorSlider::Saturation, value); }
+void QZEColorDialog::valueSliderChanged(float value) { editComponent(QZEColorSlider::Value, value); }
+void QZEColorDialog::redSliderChanged(float value) { editComponent(QZEColorSlider::Red, value); }
+void QZEColorDialog::greenSliderChanged(float value) { editComponent(QZEColorSlider::Green, value); }
+void QZEColorDialog::blueSliderChanged(float value) { editComponent(QZEColorSlider::Blue, value); }
+void QZEColorDialog::lstarSliderChanged(float value) { editComponent(QZEColorSlider::Lstar, value); }
+void QZEColorDialog::astarSliderChanged(float value) { editComponent(QZEColorSlider::Astar, value); }
+void QZEColorDialog::bstarSliderChanged(float value) { editComponent(QZEColorSlider::Bstar, value); }
 
 void QZEColorDialog::colorFieldSliderChanged(float value)
 {
-    writeComponent(_gui->_colorFieldSlider->getMode(), value);
-    finishEdit();
+    editComponent(_gui->_colorFieldSlider->getMode(), value);
 }
 
 // The field gives display (encoded) colours in its HSV and RGB modes and
@@ -514,51 +481,32 @@ void QZEColorDialog::hueSpinerChanged(double entry)
 
 void QZEColorDialog::saturationSpinerChanged(double entry)
 {
-    writeComponent(QZEColorSlider::Saturation, clampedEntry(entry, 0.0f, 1.0f));
-    finishEdit();
+    editComponent(QZEColorSlider::Saturation, clampedEntry(entry, 0.0f, 1.0f));
 }
 
 void QZEColorDialog::valueSpinerChanged(double entry)
 {
-    writeComponent(QZEColorSlider::Value, clampedEntry(entry, 0.0f, 1.0f));
-    finishEdit();
+    editComponent(QZEColorSlider::Value, clampedEntry(entry, 0.0f, 1.0f));
 }
 
 void QZEColorDialog::redSpinerChanged(double entry)
 {
-    writeComponent(QZEColorSlider::Red, float(entry));
-    finishEdit();
+    editComponent(QZEColorSlider::Red, float(entry));
 }
 
 void QZEColorDialog::greenSpinerChanged(double entry)
 {
-    writeComponent(QZEColorSlider::Green, float(entry));
-    finishEdit();
+    editComponent(QZEColorSlider::Green, float(entry));
 }
 
 void QZEColorDialog::blueSpinerChanged(double entry)
 {
-    writeComponent(QZEColorSlider::Blue, float(entry));
-    finishEdit();
+    editComponent(QZEColorSlider::Blue, float(entry));
 }
 
-void QZEColorDialog::lstarSpinerChanged(double entry)
-{
-    writeLab(0, float(entry));
-    finishEdit();
-}
-
-void QZEColorDialog::astarSpinerChanged(double entry)
-{
-    writeLab(1, float(entry));
-    finishEdit();
-}
-
-void QZEColorDialog::bstarSpinerChanged(double entry)
-{
-    writeLab(2, float(entry));
-    finishEdit();
-}
+void QZEColorDialog::lstarSpinerChanged(double entry) { editLab(0, float(entry)); }
+void QZEColorDialog::astarSpinerChanged(double entry) { editLab(1, float(entry)); }
+void QZEColorDialog::bstarSpinerChanged(double entry) { editLab(2, float(entry)); }
 
 // --- Colour field modes ----------------------------------------------------------
 

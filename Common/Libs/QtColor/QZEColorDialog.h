@@ -152,6 +152,8 @@ private:
     // Slider units: hue 0..1 for 0..359.99 degrees, a* and b* centred on 0.5.
     void writeComponent(QZEColorSlider::Mode mode, float position);
     void writeLab(int component, float value);
+    void editComponent(QZEColorSlider::Mode mode, float position);
+    void editLab(int component, float value);
     void finishEdit();
     void updateSlider();
     void updateLineEdits();
