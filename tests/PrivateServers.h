@@ -44,12 +44,12 @@ public:
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     }
 
-    // One 640 x 480 screen, on a display number that Xvfb picks itself
+    // One 1920 x 1200 screen, on a display number that Xvfb picks itself
     // among the free ones.
     void startDisplay()
     {
         if (_display.start(QStringLiteral("Xvfb"),
-                           {"-displayfd", "{ready-fd}", "-nolisten", "tcp", "-screen", "0", "640x480x24"},
+                           {"-displayfd", "{ready-fd}", "-nolisten", "tcp", "-screen", "0", "1920x1200x24"},
                            20000)) {
             qputenv("DISPLAY", ":" + _display.readyLine());
             qputenv("QT_QPA_PLATFORM", "xcb");
@@ -98,6 +98,14 @@ private:
     QString _busFailure;
     QString _displayFailure;
 };
+
+// The device pixel ratio that QT_SCALE_FACTOR asks for; 1 without it.
+inline double requestedScaleFactor()
+{
+    bool given = false;
+    const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&given);
+    return given ? factor : 1.0;
+}
 
 #define QZE_SKIP_WITHOUT_BUS()                                                                   \
     do {                                                                                         \

@@ -4,6 +4,7 @@
 #define QZE_COLOR_DIALOG_FORM "ui_QZEColorDialogGUI.h"
 #include QZE_COLOR_DIALOG_FORM
 
+#include "QZEColorDialog.h"
 #include "TestHelpers.h"
 
 #include <QAbstractButton>
@@ -12,6 +13,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QLayout>
+#include <QProcess>
 #include <QTabWidget>
 #include <QTextDocument>
 #include <QTranslator>
@@ -79,6 +81,42 @@ bool layoutHolds(const QLayout* layout, const QObject* child)
     return false;
 }
 
+// Every line of text wider than the room the widget gives it, as
+// "name: text (needed > room)". Room is the contents width, less a label's
+// margin and indent, and for a button or a checkable group box also the space
+// its style keeps for the indicator or icon, which the minimum size hint
+// includes.
+QStringList clippedTexts(const QWidget* root)
+{
+    QStringList clipped;
+    const auto check = [&clipped](const QWidget* widget, const QString& text, int room) {
+        const QFontMetrics metrics = widget->fontMetrics();
+        for (const QString& line : text.split(QLatin1Char('\n'))) {
+            const int needed = metrics.horizontalAdvance(QString(line).remove(QLatin1Char('&')));
+            if (needed > room)
+                clipped << QStringLiteral("%1: %2 (%3 > %4)").arg(widget->objectName(), line).arg(needed).arg(room);
+        }
+    };
+    for (const QWidget* widget : root->findChildren<QWidget*>()) {
+        if (!widget->isVisibleTo(root))
+            continue;
+        if (auto* label = qobject_cast<const QLabel*>(widget)) {
+            if (!Qt::mightBeRichText(label->text()))
+                check(label, label->text(), label->contentsRect().width() - 2 * label->margin()
+                                                - qMax(0, label->indent()));
+        } else if (auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+            check(button, button->text(), button->contentsRect().width());
+            if (button->width() < button->minimumSizeHint().width())
+                clipped << QStringLiteral("%1: narrower than its text and decoration").arg(button->objectName());
+        } else if (auto* group = qobject_cast<const QGroupBox*>(widget)) {
+            check(group, group->title(), group->contentsRect().width());
+            if (group->width() < group->minimumSizeHint().width())
+                clipped << QStringLiteral("%1: narrower than its title").arg(group->objectName());
+        }
+    }
+    return clipped;
+}
+
 const QString pipetteToolTip = QStringLiteral(
     "The pipette allows picking a color from screen.\n"
     "Activate the Pipette and left-click anywhere on the desktop.\n"
@@ -137,6 +175,9 @@ private slots:
     void outputLabelsStartWithPlaceholderTexts();
     void valueAndRgbSpinBoxesAcceptAMillionEitherWayWithoutClamping_data();
     void valueAndRgbSpinBoxesAcceptAMillionEitherWayWithoutClamping();
+
+    void dialogTextFitsAtTheProcessScale();
+    void dialogTextFitsAtScaleFactorTwo();
 };
 
 QWidget* tst_QZEColorDialogGUI::widget(const char* name) const
@@ -853,6 +894,51 @@ void tst_QZEColorDialogGUI::valueAndRgbSpinBoxesAcceptAMillionEitherWayWithoutCl
     QCOMPARE(spinBox->value(), 1e6);
     spinBox->setValue(-2e6);
     QCOMPARE(spinBox->value(), -1e6);
+}
+
+// Run as it is at device pixel ratio 1, and by the test below in a child
+// process at ratio 2 (QZE_EXPECTED_PIXEL_RATIO says which). The dialog shows
+// pure green: its labels carry the longest numbers (H: 120.0000, a*: -86.xxx).
+void tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()
+{
+    const qreal expectedRatio = qEnvironmentVariableIsSet("QZE_EXPECTED_PIXEL_RATIO")
+                                    ? qgetenv("QZE_EXPECTED_PIXEL_RATIO").toDouble()
+                                    : 1.0;
+    const bool savedUseGamma = QZEColor::s_useGamma;
+    QZEColor::s_useGamma = true;
+    QZEColorDialog dialog(QZEColor(120.0f, 1.0f, 1.0f), nullptr, nullptr);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QCOMPARE(dialog.devicePixelRatioF(), expectedRatio);
+
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    QVERIFY(tabs);
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+        tabs->setCurrentIndex(tab);
+        QCoreApplication::processEvents();
+        const QImage shot = dialog.grab().toImage();
+        QCOMPARE(shot.size(), dialog.size() * expectedRatio);
+        const QStringList clipped = clippedTexts(&dialog);
+        QVERIFY2(clipped.isEmpty(), qPrintable(tabs->tabText(tab) + ": " + clipped.join(QStringLiteral("; "))));
+    }
+    QZEColor::s_useGamma = savedUseGamma;
+}
+
+void tst_QZEColorDialogGUI::dialogTextFitsAtScaleFactorTwo()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
+    environment.insert(QStringLiteral("QZE_EXPECTED_PIXEL_RATIO"), QStringLiteral("2"));
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("dialogTextFitsAtTheProcessScale")});
+    QVERIFY(child.waitForFinished(60000));
+    const QByteArray output = child.readAll();
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QVERIFY2(child.exitCode() == 0, output.constData());
+    QVERIFY2(output.contains("PASS   : tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()"), output.constData());
 }
 
 QTEST_MAIN(tst_QZEColorDialogGUI)

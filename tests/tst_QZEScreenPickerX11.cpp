@@ -1,56 +1,20 @@
 // The screen picker against a real X server: a private Xvfb started by the
-// test program itself. CTest runs it
-// once as it is and once with QT_SCALE_FACTOR=2.
+// test program itself. CTest runs it once as it is and once with
+// QT_SCALE_FACTOR=2.
 
+#include "PatternWindow.h"
 #include "PrivateServers.h"
 #include "TestHelpers.h"
 
 #include <QZEScreenPicker.h>
 
-#include <QPainter>
 #include <QScreen>
 #include <QWidget>
 #include <QtTest>
 
-#include <utility>
 #include <vector>
 
 namespace {
-
-using Fill = std::pair<QRect, QColor>;
-
-// A frameless window painted with rectangles of known colours, in logical
-// pixels of the window.
-class PatternWindow : public QWidget
-{
-public:
-    PatternWindow(const QRect& geometry, std::vector<Fill> fills) : _fills(std::move(fills))
-    {
-        setWindowFlags(Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint);
-        setGeometry(geometry);
-    }
-
-    // The colour the pattern gives a point of the window.
-    QColor colourAt(const QPoint& local) const
-    {
-        QColor colour;
-        for (const Fill& fill : _fills)
-            if (fill.first.contains(local))
-                colour = fill.second;
-        return colour;
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        for (const Fill& fill : _fills)
-            painter.fillRect(fill.first, fill.second);
-    }
-
-private:
-    std::vector<Fill> _fills;
-};
 
 // Four by three blocks of 40 x 40, each its own colour. A position read
 // at the wrong scale lands in another block or outside the window.
@@ -115,14 +79,12 @@ void tst_QZEScreenPickerX11::checkPoints(PatternWindow& window, const QVector<QP
 
 void tst_QZEScreenPickerX11::screensHaveTheDevicePixelRatioAskedFor()
 {
-    bool numberGiven = false;
-    const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&numberGiven);
-    const double expected = numberGiven ? factor : 1.0;
+    const double expected = requestedScaleFactor();
     for (QScreen* screen : QGuiApplication::screens())
         QCOMPARE(screen->devicePixelRatio(), expected);
-    // 640 x 480 device pixels each.
+    // 1920 x 1200 device pixels.
     const QScreen* primary = QGuiApplication::primaryScreen();
-    QCOMPARE(primary->geometry().size(), QSize(qRound(640 / expected), qRound(480 / expected)));
+    QCOMPARE(primary->geometry().size(), QSize(qRound(1920 / expected), qRound(1200 / expected)));
 }
 
 void tst_QZEScreenPickerX11::availableMethodIsScreenOnX11()

@@ -6,9 +6,15 @@
 #include <QStringList>
 
 class ColorLabWindow;
+class QDir;
+class QImage;
+class QWidget;
 
 // Renders every page of a ColorLab window, without showing it on screen, into
-// <directory>/<page name>.png at a fixed window size.
+// <directory>/<page name>.png at a fixed window size; then the window's colour
+// dialog at its own size, at device pixel ratio 1 into colordialog.png and at
+// ratio 2 (twice as many pixels each way, as on a high-DPI screen) into
+// colordialog@2x.png.
 class ScreenshotWriter
 {
     Q_DECLARE_TR_FUNCTIONS(ScreenshotWriter)
@@ -18,12 +24,17 @@ public:
 
     explicit ScreenshotWriter(const QString& directory);
 
-    // Creates the directory when needed; stops at the first failure.
+    // Creates the directory when needed; each file is replaced whole or not at
+    // all. Stops at the first failure.
     bool write(ColorLabWindow& window);
     QStringList files() const { return _files; }
     QString errorString() const { return _error; }
 
 private:
+    bool writePages(ColorLabWindow& window, const QDir& dir);
+    bool writeDialog(QWidget& dialog, const QDir& dir);
+    bool save(const QImage& image, const QString& file);
+
     QString _directory;
     QStringList _files;
     QString _error;
