@@ -94,8 +94,10 @@ ControlsPage::ControlsPage(QWidget* parent) : QWidget(parent), _color(InitialCol
 {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(createFieldBox());
-    layout->addWidget(createValues(), 1);
-    layout->addWidget(createMaterial());
+    auto* column = new QVBoxLayout;
+    column->addWidget(createValues(), 1);
+    column->addWidget(createMaterial());
+    layout->addLayout(column, 1);
     showColor(true);
 }
 
@@ -292,21 +294,19 @@ QWidget* ControlsPage::createSwatches()
 QWidget* ControlsPage::createMaterial()
 {
     auto* box = new QGroupBox(tr("Material"));
-    auto* column = new QVBoxLayout(box);
-    auto* grid = new QGridLayout;
-    column->addLayout(grid);
-    column->addStretch(1);
+    auto* grid = new QGridLayout(box);
+    grid->setColumnStretch(1, 1);
     addMaterialRow(grid, QT_TR_NOOP("Diffuse"), QZEColor(20.0f, 0.8f, 0.6f));
     addMaterialRow(grid, QT_TR_NOOP("Specular"), QZEColor(0.0f, 0.0f, 0.9f));
     addMaterialRow(grid, QT_TR_NOOP("Emission"), QZEColor(200.0f, 0.7f, 0.15f));
     return box;
 }
 
-// Three grid rows per colour: its name, the manipulator, and the colour it
-// last reported with the name of the last signal.
+// One grid row per colour: its name, the manipulator, the colour it last
+// reported and the name of the last signal.
 void ControlsPage::addMaterialRow(QGridLayout* grid, const char* name, const QZEColor& color)
 {
-    const int row = grid->rowCount();
+    const int row = _manipulators.size();
     auto* manipulator = new QZEColorManipulator(nullptr, name);
     manipulator->setColor(color);
     QFrame* swatch = PageParts::swatchFrame(
@@ -314,10 +314,10 @@ void ControlsPage::addMaterialRow(QGridLayout* grid, const char* name, const QZE
     PageParts::showOnSwatch(swatch, color.getGammaQColor());
     QLabel* lastSignal = PageParts::numberLabel();
     lastSignal->setText(tr("(no signal yet)"));
-    grid->addWidget(new QLabel(tr(name)), row, 0, 1, 2);
-    grid->addWidget(manipulator, row + 1, 0, 1, 2);
-    grid->addWidget(swatch, row + 2, 0);
-    grid->addWidget(lastSignal, row + 2, 1);
+    grid->addWidget(new QLabel(tr(name)), row, 0);
+    grid->addWidget(manipulator, row, 1);
+    grid->addWidget(swatch, row, 2);
+    grid->addWidget(lastSignal, row, 3);
 
     // Every signal the manipulator declares shows its name; the two that
     // carry the colour a host would preview also show that colour.
