@@ -101,6 +101,18 @@ QList<float> dragHue()
     return {float(from) / width * 359.99f, float(to) / width * 359.99f};
 }
 
+// The whole gesture: a click on swatch, the hue drag in the dialog, then a
+// click on the dialog's button endButton ("_accept" or "_reject"). Gives the
+// hues of the drag; empty when the dialog did not open.
+QList<float> clickDragAndEnd(QWidget* swatch, const char* endButton)
+{
+    click(swatch);
+    const QList<float> hues = dragHue();
+    if (hues.size() == 2)
+        click(dialogChild<QPushButton>(endButton));
+    return hues;
+}
+
 // The start colour as the dialog gets it: through RGB and back.
 QZEColor openedColour()
 {
@@ -184,10 +196,8 @@ void tst_ColourEditingRoad::acceptRoadOnTheSwatch()
     QVERIFY(editor.shown);
     SignalOrder log(editor.button);
 
-    click(editor.button);
-    const QList<float> hues = dragHue();
+    const QList<float> hues = clickDragAndEnd(editor.button, "_accept");
     QCOMPARE(hues.size(), 2);
-    click(dialogChild<QPushButton>("_accept"));
 
     QCOMPARE(log.signatures(),
              (QStringList{"colorButtonClicked()", "temporaryColorChosen(QZEColor)",
@@ -207,10 +217,8 @@ void tst_ColourEditingRoad::cancelRoadOnTheSwatch()
     QVERIFY(editor.shown);
     SignalOrder log(editor.button);
 
-    click(editor.button);
-    const QList<float> hues = dragHue();
+    const QList<float> hues = clickDragAndEnd(editor.button, "_reject");
     QCOMPARE(hues.size(), 2);
-    click(dialogChild<QPushButton>("_reject"));
 
     // The dialog's cancel first takes the live colour back to the one it was
     // opened with; then the swatch reports its own, unchanged colour.
@@ -233,11 +241,9 @@ void tst_ColourEditingRoad::acceptRoadOnAManipulator()
     QZEColorButton* inner = editor.manipulator->findChild<QZEColorButton*>();
     SignalOrder log(editor.manipulator);
 
-    click(inner);
-    QCOMPARE(dialog()->parentWidget(), editor.module);
-    const QList<float> hues = dragHue();
+    const QList<float> hues = clickDragAndEnd(inner, "_accept");
     QCOMPARE(hues.size(), 2);
-    click(dialogChild<QPushButton>("_accept"));
+    QCOMPARE(dialog()->parentWidget(), editor.module);
 
     QCOMPARE(log.signatures(), QStringList{"buttonPressed()"} + FourDialogForms + FourDialogForms
                                    + FourColorForms + QStringList{"finalColorSet(QZEColor)"});
@@ -260,10 +266,8 @@ void tst_ColourEditingRoad::cancelRoadOnAManipulator()
     QZEColorButton* inner = editor.manipulator->findChild<QZEColorButton*>();
     SignalOrder log(editor.manipulator);
 
-    click(inner);
-    const QList<float> hues = dragHue();
+    const QList<float> hues = clickDragAndEnd(inner, "_reject");
     QCOMPARE(hues.size(), 2);
-    click(dialogChild<QPushButton>("_reject"));
 
     QCOMPARE(log.signatures(), (QStringList{"buttonPressed()"} + FourDialogForms + FourDialogForms
                                    + FourDialogForms + FourColorForms

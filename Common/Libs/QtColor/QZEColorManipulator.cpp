@@ -19,6 +19,34 @@ bool isActiveSpectrum(const osg::SpectrumPtr& spectrum)
     return spectrum && spectrum->isActive();
 }
 
+// One colour signal in its four forms.
+struct FourForms
+{
+    void (QZEColorManipulator::*plain)();
+    void (QZEColorManipulator::*color)(const QZEColor&);
+    void (QZEColorManipulator::*floats)(float, float, float);
+    void (QZEColorManipulator::*bytes)(int, int, int);
+};
+
+const FourForms ColorChanged = {&QZEColorManipulator::colorChanged, &QZEColorManipulator::colorChanged,
+                                &QZEColorManipulator::colorChanged, &QZEColorManipulator::colorChanged};
+const FourForms DialogColorChanged = {
+    &QZEColorManipulator::dialogColorChanged, &QZEColorManipulator::dialogColorChanged,
+    &QZEColorManipulator::dialogColorChanged, &QZEColorManipulator::dialogColorChanged};
+
+// Emits, in this order: no arguments, the colour, its linear RGB unclamped,
+// and its 8-bit RGB, where a channel below 0 gives 0, one above 1 gives 255
+// and the rest are truncated.
+void emitFourForms(QZEColorManipulator& manipulator, const FourForms& forms, const QZEColor& color)
+{
+    float r, g, b;
+    color.getRGB(r, g, b);
+    (manipulator.*forms.plain)();
+    (manipulator.*forms.color)(color);
+    (manipulator.*forms.floats)(r, g, b);
+    (manipulator.*forms.bytes)(QZEColor::toByte(r), QZEColor::toByte(g), QZEColor::toByte(b));
+}
+
 } // namespace
 
 QZEColorManipulator::QZEColorManipulator(QWidget* parent, const char* name)
@@ -206,12 +234,7 @@ void QZEColorManipulator::sliderValueReleased()
 // final colour.
 void QZEColorManipulator::temporaryColorChanged(const QZEColor& color)
 {
-    float r, g, b;
-    color.getRGB(r, g, b);
-    emit dialogColorChanged();
-    emit dialogColorChanged(color);
-    emit dialogColorChanged(r, g, b);
-    emit dialogColorChanged(QZEColor::toByte(r), QZEColor::toByte(g), QZEColor::toByte(b));
+    emitFourForms(*this, DialogColorChanged, color);
 }
 
 // The button already holds the colour: accepted, dropped, or its own on a
@@ -249,13 +272,7 @@ void QZEColorManipulator::followButtonSpectrum()
     _slider->setUseSpectrum(isActiveSpectrum(_button->getSpectrum()));
 }
 
-// 8-bit channels: below 0 gives 0, above 1 gives 255, the rest truncated.
 void QZEColorManipulator::emitSignals(const QZEColor& color)
 {
-    float r, g, b;
-    color.getRGB(r, g, b);
-    emit colorChanged();
-    emit colorChanged(color);
-    emit colorChanged(r, g, b);
-    emit colorChanged(QZEColor::toByte(r), QZEColor::toByte(g), QZEColor::toByte(b));
+    emitFourForms(*this, ColorChanged, color);
 }
