@@ -12,10 +12,12 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QSignalBlocker>
+#include <QThread>
 #include <QTimer>
 
 #include <climits>
@@ -32,6 +34,7 @@ constexpr int SwatchHeight = 16;
 constexpr int PipetteInterval = 10; // ms between two looks at the cursor
 constexpr int CatcherSize = 10;
 constexpr qreal CatcherOpacity = 0.1;
+constexpr int ScreenSettleTime = 40; // ms for the screen beneath the catcher to repaint
 constexpr int ColorTab = 0;
 constexpr int SpectrumTab = 1;
 
@@ -793,13 +796,21 @@ bool QZEColorDialog::eventFilter(QObject* object, QEvent* event)
     }
 }
 
-// The catcher turns invisible and is repainted before the grab, so that the
-// pixel read is the one under it.
+// The catcher must not be in the pixel read. Opacity 0 takes it out where a
+// compositing manager blends windows; without one the window still covers
+// the screen, so it is also hidden, and the windows beneath get a moment to
+// repaint what it covered: ours through the pending events, those of other
+// programs in their own time.
 void QZEColorDialog::pickUnderCursor()
 {
     _pipetteCatcher.setWindowOpacity(0.0);
-    _pipetteCatcher.repaint();
-    QApplication::processEvents();
+    _pipetteCatcher.hide();
+    QElapsedTimer settling;
+    settling.start();
+    do {
+        QApplication::processEvents(QEventLoop::AllEvents, ScreenSettleTime);
+        QThread::msleep(1);
+    } while (settling.elapsed() < ScreenSettleTime);
     setColor(grabScreenColor(QCursor::pos()));
 }
 
