@@ -1323,6 +1323,7 @@ void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
     auto* button = part<QToolButton>(dialog, "_pick_color");
     QVERIFY(button->isCheckable());
     QVERIFY(button->isEnabled());
+    QVERIFY(!button->icon().isNull());
     button->click();
     QWidget* catcher = pipetteCatcher();
     QVERIFY(catcher);
@@ -1332,6 +1333,8 @@ void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
     QVERIFY(catcher->windowFlags().testFlag(Qt::FramelessWindowHint));
     QZE_COMPARE_NEAR(catcher->windowOpacity(), 0.1, 1.0 / 255.0); // kept in 8 bits
     QVERIFY(catcher->hasMouseTracking());
+    QCOMPARE(catcher->cursor().hotSpot(), QPoint(4, 27));
+    QCOMPARE(catcher->cursor().pixmap().size(), QSize(32, 32));
     QCOMPARE(QWidget::mouseGrabber(), catcher);
     QCOMPARE(QWidget::keyboardGrabber(), catcher);
     QVERIFY(timer->isActive());
