@@ -134,6 +134,7 @@ private:
 
     std::unique_ptr<QDialog> _dialog;
     Ui_QZEColorDialogGUI _ui;
+    bool _savedUseGamma = true;
 
 private slots:
     void init();
@@ -192,6 +193,7 @@ template <class T> T* tst_QZEColorDialogGUI::child(const char* name) const
 
 void tst_QZEColorDialogGUI::init()
 {
+    _savedUseGamma = QZEColor::s_useGamma;
     _dialog = std::make_unique<QDialog>();
     _ui.setupUi(_dialog.get());
 }
@@ -199,6 +201,7 @@ void tst_QZEColorDialogGUI::init()
 void tst_QZEColorDialogGUI::cleanup()
 {
     _dialog.reset();
+    QZEColor::s_useGamma = _savedUseGamma;
 }
 
 void tst_QZEColorDialogGUI::formIsNamedAndTitled()
@@ -904,7 +907,6 @@ void tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()
     const qreal expectedRatio = qEnvironmentVariableIsSet("QZE_EXPECTED_PIXEL_RATIO")
                                     ? qgetenv("QZE_EXPECTED_PIXEL_RATIO").toDouble()
                                     : 1.0;
-    const bool savedUseGamma = QZEColor::s_useGamma;
     QZEColor::s_useGamma = true;
     QZEColorDialog dialog(QZEColor(120.0f, 1.0f, 1.0f), nullptr, nullptr);
     dialog.show();
@@ -921,7 +923,6 @@ void tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()
         const QStringList clipped = clippedTexts(&dialog);
         QVERIFY2(clipped.isEmpty(), qPrintable(tabs->tabText(tab) + ": " + clipped.join(QStringLiteral("; "))));
     }
-    QZEColor::s_useGamma = savedUseGamma;
 }
 
 void tst_QZEColorDialogGUI::dialogTextFitsAtScaleFactorTwo()
