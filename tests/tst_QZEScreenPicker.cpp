@@ -55,14 +55,12 @@ public:
     QVariantMap results;
     bool answerPicks = true;
     int picks = 0;
-    QString lastParentWindow;
 
 public slots:
-    QDBusObjectPath PickColor(const QString& parentWindow, const QVariantMap& options,
+    QDBusObjectPath PickColor(const QString& /*parentWindow*/, const QVariantMap& options,
                               const QDBusMessage& message)
     {
         ++picks;
-        lastParentWindow = parentWindow;
         QString sender = message.service().mid(1);
         sender.replace(QLatin1Char('.'), QLatin1Char('_'));
         const QString requestPath = QStringLiteral("%1/request/%2/%3")
