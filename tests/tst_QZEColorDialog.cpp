@@ -311,6 +311,7 @@ private slots:
 
     void arrowKeysOnColourFieldEmitOncePerKey();
     void tabMovesFromColourFieldThroughSpinBoxesToButtons();
+    void colourFieldPickKeepsFieldPlane();
 
 private:
     bool _savedUseGamma = true;
@@ -1511,6 +1512,30 @@ void tst_QZEColorDialog::tabMovesFromColourFieldThroughSpinBoxesToButtons()
     // No slider takes the focus: they have no keyboard handling.
     for (const QString& name : visited)
         QVERIFY2(!name.endsWith(QLatin1String("Slider")), qPrintable(name));
+}
+
+void tst_QZEColorDialog::colourFieldPickKeepsFieldPlane()
+{
+    QZEColor::s_useGamma = false;
+    QZEColorDialog dialog;
+    QVERIFY(showAt(dialog));
+    setInternalColour(dialog, StartColour);
+    auto* field = part<QZEColorField>(dialog, "_colorField");
+    field->repaint();
+    const int planes = field->getPlaneComputations();
+    for (const QPoint& pick : {QPoint(20, 30), QPoint(25, 60), QPoint(90, 40)}) {
+        QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
+        QTest::mouseClick(field, Qt::LeftButton, {}, pick);
+        QCOMPARE(spy.count(), 1);
+        field->repaint();
+        QCOMPARE(field->getPlaneComputations(), planes);
+    }
+    // The picked colour is what the dialog holds and hands out.
+    compareHsv(dialog.getColor(), field->getColor());
+    // A hue from elsewhere does change the plane.
+    dialog.hueSliderChanged(0.1f);
+    field->repaint();
+    QCOMPARE(field->getPlaneComputations(), planes + 1);
 }
 
 QTEST_MAIN(tst_QZEColorDialog)

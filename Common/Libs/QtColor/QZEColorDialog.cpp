@@ -554,11 +554,21 @@ void QZEColorDialog::updateSlider()
     setColorInfo(_color);
 }
 
+// The field already shows the colour it has just given: written back, it
+// would move the field's fixed component in the last float bits and make it
+// compute its whole plane again.
+bool QZEColorDialog::colorFieldHoldsCurrentColor() const
+{
+    const QZEColorField* field = _gui->_colorField;
+    const QZEColor held = field->getColor();
+    return (QZEColorField::isLabMode(field->getMode()) ? held : decoded(held)) == _color;
+}
+
 void QZEColorDialog::showOnColorField(const float lab[3])
 {
     QZEColorField* field = _gui->_colorField;
     const Mode mode = _gui->_colorFieldSlider->getMode();
-    {
+    if (!colorFieldHoldsCurrentColor()) {
         const QSignalBlocker blocker(field);
         if (isLabMode(mode)) {
             field->setLab(lab[0], lab[1], lab[2]);

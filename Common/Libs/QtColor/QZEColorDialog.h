@@ -157,6 +157,7 @@ private:
     void finishEdit();
     void updateSlider();
     void updateLineEdits();
+    bool colorFieldHoldsCurrentColor() const;
     void showOnColorField(const float lab[3]);
     void refreshAfterGammaChange();
     void setFieldMode(bool on, QZEColorSlider::Mode mode);
