@@ -83,9 +83,9 @@ bool layoutHolds(const QLayout* layout, const QObject* child)
 
 // Every line of text wider than the room the widget gives it, as
 // "name: text (needed > room)". Room is the contents width, less a label's
-// margin and indent, and for a button or a checkable group box also the space
-// its style keeps for the indicator or icon, which the minimum size hint
-// includes.
+// margin and indent, and for a button with text or a checkable group box
+// also the space its style keeps for the indicator or icon, which the minimum
+// size hint includes; an icon-only button needs room for its icon.
 QStringList clippedTexts(const QWidget* root)
 {
     QStringList clipped;
@@ -106,7 +106,10 @@ QStringList clippedTexts(const QWidget* root)
                                                 - qMax(0, label->indent()));
         } else if (auto* button = qobject_cast<const QAbstractButton*>(widget)) {
             check(button, button->text(), button->contentsRect().width());
-            if (button->width() < button->minimumSizeHint().width())
+            // An icon-only button may be sized to its icon; one with text
+            // needs the room its style asks for beside the text.
+            if (button->text().isEmpty() ? button->iconSize().width() > button->contentsRect().width()
+                                         : button->width() < button->minimumSizeHint().width())
                 clipped << QStringLiteral("%1: narrower than its text and decoration").arg(button->objectName());
         } else if (auto* group = qobject_cast<const QGroupBox*>(widget)) {
             check(group, group->title(), group->contentsRect().width());
