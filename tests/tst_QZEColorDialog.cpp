@@ -311,6 +311,7 @@ private slots:
 
     void arrowKeysOnColourFieldEmitOncePerKey();
     void tabMovesFromColourFieldThroughSpinBoxesToButtons();
+    void colourFieldPickKeepsFieldPlane();
 
 private:
     bool _savedUseGamma = true;
@@ -1323,6 +1324,7 @@ void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
     auto* button = part<QToolButton>(dialog, "_pick_color");
     QVERIFY(button->isCheckable());
     QVERIFY(button->isEnabled());
+    QVERIFY(!button->icon().isNull());
     button->click();
     QWidget* catcher = pipetteCatcher();
     QVERIFY(catcher);
@@ -1332,6 +1334,8 @@ void tst_QZEColorDialog::pipetteShowsCatcherAndRunsTimer()
     QVERIFY(catcher->windowFlags().testFlag(Qt::FramelessWindowHint));
     QZE_COMPARE_NEAR(catcher->windowOpacity(), 0.1, 1.0 / 255.0); // kept in 8 bits
     QVERIFY(catcher->hasMouseTracking());
+    QCOMPARE(catcher->cursor().hotSpot(), QPoint(4, 27));
+    QCOMPARE(catcher->cursor().pixmap().size(), QSize(32, 32));
     QCOMPARE(QWidget::mouseGrabber(), catcher);
     QCOMPARE(QWidget::keyboardGrabber(), catcher);
     QVERIFY(timer->isActive());
@@ -1508,6 +1512,30 @@ void tst_QZEColorDialog::tabMovesFromColourFieldThroughSpinBoxesToButtons()
     // No slider takes the focus: they have no keyboard handling.
     for (const QString& name : visited)
         QVERIFY2(!name.endsWith(QLatin1String("Slider")), qPrintable(name));
+}
+
+void tst_QZEColorDialog::colourFieldPickKeepsFieldPlane()
+{
+    QZEColor::s_useGamma = false;
+    QZEColorDialog dialog;
+    QVERIFY(showAt(dialog));
+    setInternalColour(dialog, StartColour);
+    auto* field = part<QZEColorField>(dialog, "_colorField");
+    field->repaint();
+    const int planes = field->getPlaneComputations();
+    for (const QPoint& pick : {QPoint(20, 30), QPoint(25, 60), QPoint(90, 40)}) {
+        QSignalSpy spy(&dialog, SIGNAL(colorChanged(QZEColor)));
+        QTest::mouseClick(field, Qt::LeftButton, {}, pick);
+        QCOMPARE(spy.count(), 1);
+        field->repaint();
+        QCOMPARE(field->getPlaneComputations(), planes);
+    }
+    // The picked colour is what the dialog holds and hands out.
+    compareHsv(dialog.getColor(), field->getColor());
+    // A hue from elsewhere does change the plane.
+    dialog.hueSliderChanged(0.1f);
+    field->repaint();
+    QCOMPARE(field->getPlaneComputations(), planes + 1);
 }
 
 QTEST_MAIN(tst_QZEColorDialog)

@@ -83,9 +83,9 @@ bool layoutHolds(const QLayout* layout, const QObject* child)
 
 // Every line of text wider than the room the widget gives it, as
 // "name: text (needed > room)". Room is the contents width, less a label's
-// margin and indent, and for a button or a checkable group box also the space
-// its style keeps for the indicator or icon, which the minimum size hint
-// includes.
+// margin and indent, and for a button with text or a checkable group box
+// also the space its style keeps for the indicator or icon, which the minimum
+// size hint includes; an icon-only button needs room for its icon.
 QStringList clippedTexts(const QWidget* root)
 {
     QStringList clipped;
@@ -106,7 +106,10 @@ QStringList clippedTexts(const QWidget* root)
                                                 - qMax(0, label->indent()));
         } else if (auto* button = qobject_cast<const QAbstractButton*>(widget)) {
             check(button, button->text(), button->contentsRect().width());
-            if (button->width() < button->minimumSizeHint().width())
+            // An icon-only button may be sized to its icon; one with text
+            // needs the room its style asks for beside the text.
+            if (button->text().isEmpty() ? button->iconSize().width() > button->contentsRect().width()
+                                         : button->width() < button->minimumSizeHint().width())
                 clipped << QStringLiteral("%1: narrower than its text and decoration").arg(button->objectName());
         } else if (auto* group = qobject_cast<const QGroupBox*>(widget)) {
             check(group, group->title(), group->contentsRect().width());
@@ -134,6 +137,7 @@ private:
 
     std::unique_ptr<QDialog> _dialog;
     Ui_QZEColorDialogGUI _ui;
+    bool _savedUseGamma = true;
 
 private slots:
     void init();
@@ -192,6 +196,7 @@ template <class T> T* tst_QZEColorDialogGUI::child(const char* name) const
 
 void tst_QZEColorDialogGUI::init()
 {
+    _savedUseGamma = QZEColor::s_useGamma;
     _dialog = std::make_unique<QDialog>();
     _ui.setupUi(_dialog.get());
 }
@@ -199,6 +204,7 @@ void tst_QZEColorDialogGUI::init()
 void tst_QZEColorDialogGUI::cleanup()
 {
     _dialog.reset();
+    QZEColor::s_useGamma = _savedUseGamma;
 }
 
 void tst_QZEColorDialogGUI::formIsNamedAndTitled()
@@ -904,7 +910,6 @@ void tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()
     const qreal expectedRatio = qEnvironmentVariableIsSet("QZE_EXPECTED_PIXEL_RATIO")
                                     ? qgetenv("QZE_EXPECTED_PIXEL_RATIO").toDouble()
                                     : 1.0;
-    const bool savedUseGamma = QZEColor::s_useGamma;
     QZEColor::s_useGamma = true;
     QZEColorDialog dialog(QZEColor(120.0f, 1.0f, 1.0f), nullptr, nullptr);
     dialog.show();
@@ -921,7 +926,6 @@ void tst_QZEColorDialogGUI::dialogTextFitsAtTheProcessScale()
         const QStringList clipped = clippedTexts(&dialog);
         QVERIFY2(clipped.isEmpty(), qPrintable(tabs->tabText(tab) + ": " + clipped.join(QStringLiteral("; "))));
     }
-    QZEColor::s_useGamma = savedUseGamma;
 }
 
 void tst_QZEColorDialogGUI::dialogTextFitsAtScaleFactorTwo()

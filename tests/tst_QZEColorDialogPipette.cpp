@@ -36,11 +36,27 @@ std::vector<Fill> quadrants()
             {QRect(100, 100, 100, 100), QColor(250, 130, 0)}};
 }
 
-// The published sRGB decoding, in double precision.
+// The published sRGB decoding and encoding, in double precision.
 double srgbDecoded(int byte)
 {
     const double c = byte / 255.0;
     return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+}
+
+int srgbEncodedByte(double c)
+{
+    return int(std::lround(255.0 * (c <= 0.0031308 ? 12.92 * c
+                                                   : 1.055 * std::pow(c, 1.0 / 2.4) - 0.055)));
+}
+
+// The screen pixel that a colour handed out by the dialog came from.
+QColor screenPixelOf(const QZEColor& picked, bool useGamma)
+{
+    const Rgb rgb = rgbOf(picked);
+    if (useGamma)
+        return QColor(srgbEncodedByte(rgb.r), srgbEncodedByte(rgb.g), srgbEncodedByte(rgb.b));
+    return QColor(int(std::lround(255.0 * rgb.r)), int(std::lround(255.0 * rgb.g)),
+                  int(std::lround(255.0 * rgb.b)));
 }
 
 } // namespace
@@ -178,6 +194,13 @@ void tst_QZEColorDialogPipette::leftReleaseOutsideTheDialogPicksThePixel()
 
     QZE_CHECK(checkPickingEnded());
     QCOMPARE(changed.count(), 1);
+    const QColor picked = screenPixelOf(changed.at(0).at(0).value<QZEColor>(), useGamma);
+    QVERIFY2(picked == pixel,
+             qPrintable(QStringLiteral("picked the screen pixel %1 instead of the window's %2; "
+                                       "without a compositing manager a window at opacity 0 "
+                                       "still covers the screen, so the catcher must be out of "
+                                       "the way when the pixel is read")
+                            .arg(picked.name(), pixel.name())));
     const Rgb emitted = rgbOf(changed.at(0).at(0).value<QZEColor>());
     const Rgb current = rgbOf(_dialog->getColor());
     QZE_COMPARE_NEAR(emitted.r, expected[0], 2e-5);

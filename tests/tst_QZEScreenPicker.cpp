@@ -1,3 +1,4 @@
+#include "PatternWindow.h"
 #include "PrivateServers.h"
 #include "TestHelpers.h"
 
@@ -8,7 +9,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QPainter>
 #include <QSignalSpy>
 #include <QThread>
 #include <QTimer>
@@ -21,23 +21,6 @@ namespace {
 
 const char* const portalService = "org.freedesktop.portal.Desktop";
 const char* const portalPath = "/org/freedesktop/portal/desktop";
-
-// Fills itself with one colour, so that whatever reads the screen over it
-// knows what to expect.
-class SolidWindow : public QWidget
-{
-public:
-    explicit SolidWindow(const QColor& colour) : _colour(colour)
-    {
-        setWindowFlags(Qt::FramelessWindowHint);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), _colour); }
-
-private:
-    QColor _colour;
-};
 
 QVariantMap colourResults(double red, double green, double blue)
 {
@@ -72,14 +55,12 @@ public:
     QVariantMap results;
     bool answerPicks = true;
     int picks = 0;
-    QString lastParentWindow;
 
 public slots:
-    QDBusObjectPath PickColor(const QString& parentWindow, const QVariantMap& options,
+    QDBusObjectPath PickColor(const QString& /*parentWindow*/, const QVariantMap& options,
                               const QDBusMessage& message)
     {
         ++picks;
-        lastParentWindow = parentWindow;
         QString sender = message.service().mid(1);
         sender.replace(QLatin1Char('.'), QLatin1Char('_'));
         const QString requestPath = QStringLiteral("%1/request/%2/%3")
@@ -152,8 +133,12 @@ private slots:
 
 private:
     FakeScreenshotPortal* publishPortal(uint version);
-    // Picks once and waits for the one answer; fails when another follows.
-    void pickAndWait(QZEScreenPicker& picker, QSignalSpy& picked, QSignalSpy& cancelled);
+    // Publishes a portal that answers the next pick with response and results.
+    FakeScreenshotPortal* publishAnsweringPortal(uint response, const QVariantMap& results);
+    // Picks once through the portal and waits for the one answer: the colour
+    // picked, or an invalid colour for a cancel. Fails when no answer or a
+    // second one comes.
+    void answerOfOnePick(QColor* answer);
 
     FakeScreenshotPortal* _portal = nullptr;
 };
@@ -175,14 +160,28 @@ FakeScreenshotPortal* tst_QZEScreenPicker::publishPortal(uint version)
     return _portal;
 }
 
-void tst_QZEScreenPicker::pickAndWait(QZEScreenPicker& picker, QSignalSpy& picked,
-                                      QSignalSpy& cancelled)
+FakeScreenshotPortal* tst_QZEScreenPicker::publishAnsweringPortal(uint response,
+                                                                const QVariantMap& results)
 {
+    FakeScreenshotPortal* portal = publishPortal(2);
+    if (portal) {
+        portal->response = response;
+        portal->results = results;
+    }
+    return portal;
+}
+
+void tst_QZEScreenPicker::answerOfOnePick(QColor* answer)
+{
+    QZEScreenPicker picker;
+    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
+    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
     picker.pickThroughPortal(nullptr);
     QCOMPARE(picked.count() + cancelled.count(), 0);
     QTRY_COMPARE(picked.count() + cancelled.count(), 1);
     QTest::qWait(100);
     QCOMPARE(picked.count() + cancelled.count(), 1);
+    *answer = picked.isEmpty() ? QColor() : picked.at(0).at(0).value<QColor>();
 }
 
 void tst_QZEScreenPicker::availableMethodIsScreenOnOffscreen()
@@ -309,8 +308,7 @@ void tst_QZEScreenPicker::cursorIsTheSameObjectOnEveryCall()
 
 void tst_QZEScreenPicker::pixelAtReadsTheColourOfAShownWindow()
 {
-    SolidWindow window(QColor(30, 140, 210));
-    window.setGeometry(100, 80, 120, 90);
+    PatternWindow window(QRect(100, 80, 120, 90), {{QRect(0, 0, 120, 90), QColor(30, 140, 210)}});
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTRY_COMPARE(QZEScreenPicker::pixelAt(QPoint(160, 120)), QColor(30, 140, 210));
@@ -327,45 +325,31 @@ void tst_QZEScreenPicker::pixelAtOutsideEveryWindowGivesAnOpaqueColour()
 void tst_QZEScreenPicker::portalColourIsPickedWithEightBitRounding()
 {
     QZE_SKIP_WITHOUT_BUS();
-    FakeScreenshotPortal* portal = publishPortal(2);
-    QVERIFY(portal);
     // 0.3 x 255 = 76.5, 0.5 x 255 = 127.5, 0.9 x 255 = 229.5: each rounds up.
-    portal->results = colourResults(0.3, 0.5, 0.9);
-    QZEScreenPicker picker;
-    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
-    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
-    QZE_CHECK(pickAndWait(picker, picked, cancelled));
-    QCOMPARE(picked.count(), 1);
-    QCOMPARE(picked.at(0).at(0).value<QColor>(), QColor(77, 128, 230));
+    FakeScreenshotPortal* portal = publishAnsweringPortal(0, colourResults(0.3, 0.5, 0.9));
+    QVERIFY(portal);
+    QColor answer;
+    QZE_CHECK(answerOfOnePick(&answer));
+    QCOMPARE(answer, QColor(77, 128, 230));
     QCOMPARE(portal->picks, 1);
 }
 
 void tst_QZEScreenPicker::portalColourOutsideZeroToOneIsClamped()
 {
     QZE_SKIP_WITHOUT_BUS();
-    FakeScreenshotPortal* portal = publishPortal(2);
-    QVERIFY(portal);
-    portal->results = colourResults(1.5, -0.25, 0.2);
-    QZEScreenPicker picker;
-    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
-    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
-    QZE_CHECK(pickAndWait(picker, picked, cancelled));
-    QCOMPARE(picked.count(), 1);
-    QCOMPARE(picked.at(0).at(0).value<QColor>(), QColor(255, 0, 51));
+    QVERIFY(publishAnsweringPortal(0, colourResults(1.5, -0.25, 0.2)));
+    QColor answer;
+    QZE_CHECK(answerOfOnePick(&answer));
+    QCOMPARE(answer, QColor(255, 0, 51));
 }
 
 void tst_QZEScreenPicker::portalResponseOneCancels()
 {
     QZE_SKIP_WITHOUT_BUS();
-    FakeScreenshotPortal* portal = publishPortal(2);
-    QVERIFY(portal);
-    portal->response = 1;
-    portal->results = colourResults(0.5, 0.5, 0.5);
-    QZEScreenPicker picker;
-    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
-    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
-    QZE_CHECK(pickAndWait(picker, picked, cancelled));
-    QCOMPARE(cancelled.count(), 1);
+    QVERIFY(publishAnsweringPortal(1, colourResults(0.5, 0.5, 0.5)));
+    QColor answer(Qt::red);
+    QZE_CHECK(answerOfOnePick(&answer));
+    QVERIFY(!answer.isValid());
 }
 
 void tst_QZEScreenPicker::portalAnswerWithoutUsableColourCancels_data()
@@ -385,25 +369,18 @@ void tst_QZEScreenPicker::portalAnswerWithoutUsableColourCancels()
     QZE_SKIP_WITHOUT_BUS();
     QFETCH(uint, response);
     QFETCH(QVariantMap, results);
-    FakeScreenshotPortal* portal = publishPortal(2);
-    QVERIFY(portal);
-    portal->response = response;
-    portal->results = results;
-    QZEScreenPicker picker;
-    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
-    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
-    QZE_CHECK(pickAndWait(picker, picked, cancelled));
-    QCOMPARE(cancelled.count(), 1);
+    QVERIFY(publishAnsweringPortal(response, results));
+    QColor answer(Qt::red);
+    QZE_CHECK(answerOfOnePick(&answer));
+    QVERIFY(!answer.isValid());
 }
 
 void tst_QZEScreenPicker::missingPortalCancels()
 {
     QZE_SKIP_WITHOUT_BUS();
-    QZEScreenPicker picker;
-    QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
-    QSignalSpy cancelled(&picker, SIGNAL(pickCancelled()));
-    QZE_CHECK(pickAndWait(picker, picked, cancelled));
-    QCOMPARE(cancelled.count(), 1);
+    QColor answer(Qt::red);
+    QZE_CHECK(answerOfOnePick(&answer));
+    QVERIFY(!answer.isValid());
 }
 
 void tst_QZEScreenPicker::portalLeavingTheBusCancelsItsOpenRequest()
@@ -429,9 +406,7 @@ void tst_QZEScreenPicker::portalLeavingTheBusCancelsItsOpenRequest()
 void tst_QZEScreenPicker::portalPicksAreAnsweredEachOnce()
 {
     QZE_SKIP_WITHOUT_BUS();
-    FakeScreenshotPortal* portal = publishPortal(2);
-    QVERIFY(portal);
-    portal->results = colourResults(0.0, 1.0, 0.0);
+    QVERIFY(publishAnsweringPortal(0, colourResults(0.0, 1.0, 0.0)));
     QZEScreenPicker picker;
     QSignalSpy picked(&picker, SIGNAL(colorPicked(QColor)));
     picker.pickThroughPortal(nullptr);

@@ -5,6 +5,11 @@
 #include "QZEColorField.h"
 #include "QZEDoubleSpiner.h"
 #include "QZEScreenPicker.h"
+#include "QZESpectrumPlot.h"
+#include "osgChangeList.h"
+#include "osgPThreadBase.h"
+#include "zeFile.h"
+#include "zeIconManager.h"
 #include "zePlatform.h"
 
 #include "ui_QZEColorDialogGUI.h"
@@ -12,14 +17,20 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QFileDialog>
 #include <QIcon>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QResizeEvent>
 #include <QSignalBlocker>
+#include <QThread>
 #include <QTimer>
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -32,8 +43,41 @@ constexpr int SwatchHeight = 16;
 constexpr int PipetteInterval = 10; // ms between two looks at the cursor
 constexpr int CatcherSize = 10;
 constexpr qreal CatcherOpacity = 0.1;
+constexpr int ScreenSettleTime = 40; // ms for the screen beneath the catcher to repaint
 constexpr int ColorTab = 0;
 constexpr int SpectrumTab = 1;
+constexpr int ButtonMargin = 2; // a file button is its icon plus this each way
+constexpr int DefaultPreset = 0;
+constexpr int UniformSampling = 1;
+constexpr int NonUniformSampling = 2;
+constexpr int DaylightFunction = 1; // analytic functions up to this one take a temperature
+constexpr float MinimumScale = 0.01f;
+constexpr int SpectrumInfoDecimals = 4;
+
+// The luminance of linear RGB under the equal-energy white.
+constexpr float LuminanceRed = 0.22285376f;
+constexpr float LuminanceGreen = 0.70867276f;
+constexpr float LuminanceBlue = 0.06847366f;
+
+// The fields an edit of the spectrum writes: its values (and the bands made
+// from them), or also its sampling, or everything a copy brings.
+constexpr osg::BitVector ValueFields =
+    osg::Spectrum::SourceValuesFieldMask | osg::Spectrum::SamplesFieldMask;
+constexpr osg::BitVector SamplingFields =
+    ValueFields | osg::Spectrum::VersionIDFieldMask | osg::Spectrum::StartWavelengthFieldMask
+    | osg::Spectrum::DeltaWavelengthFieldMask | osg::Spectrum::NumSamplesFieldMask
+    | osg::Spectrum::WavelengthsFieldMask;
+constexpr osg::BitVector AllFields =
+    SamplingFields | osg::Spectrum::UseSpectrumFieldMask | osg::Spectrum::FileNameFieldMask;
+
+QZEColorDialog::SpectrumPathChooser spectrumPathChooser = nullptr;
+
+QString askWithFileDialog(QWidget* parent, const QString& caption, const QString& directory,
+                          const QString& filter, bool forSaving)
+{
+    return forSaving ? QFileDialog::getSaveFileName(parent, caption, directory, filter)
+                     : QFileDialog::getOpenFileName(parent, caption, directory, filter);
+}
 
 // The cursor position of the previous pipette tick, shared by every dialog:
 // the catcher only moves when the cursor did.
@@ -73,6 +117,27 @@ QZEColor fromLab(const float lab[3])
 QString labelText(const QString& prefix, float value, int decimals)
 {
     return prefix + QString::number(double(value), 'f', decimals);
+}
+
+// Fills the nine output labels R, G, B, H, S, V, L*, a*, b* of a tab; red,
+// green and blue encoded unless s_useGamma is set.
+void showColorInfo(const std::array<QLabel*, 9>& labels, const QZEColor& color,
+                   const float lab[3], int labDecimals)
+{
+    float rgb[3];
+    if (QZEColor::s_useGamma)
+        color.getRGB(rgb[0], rgb[1], rgb[2]);
+    else
+        color.getGammaRGB(rgb[0], rgb[1], rgb[2]);
+    const float values[9] = {rgb[0], rgb[1], rgb[2], color.h, color.s, color.v,
+                             lab[0], lab[1], lab[2]};
+    const QString prefixes[9] = {
+        QZEColorDialog::tr("R: "), QZEColorDialog::tr("G: "), QZEColorDialog::tr("B: "),
+        QZEColorDialog::tr("H: "), QZEColorDialog::tr("S: "), QZEColorDialog::tr("V: "),
+        QZEColorDialog::tr("L*: "), QZEColorDialog::tr("a*: "), QZEColorDialog::tr("b*: "),
+    };
+    for (size_t i = 0; i < labels.size(); ++i)
+        labels[i]->setText(labelText(prefixes[i], values[i], i < 6 ? 4 : labDecimals));
 }
 
 bool isLabMode(Mode mode)
@@ -161,6 +226,8 @@ float clampedEntry(double entry, float low, float high)
 
 } // namespace
 
+bool QZEColorDialog::_samplingEditorEnabled = false;
+
 QZEColorDialog::QZEColorDialog(QWidget* parent, const char* name)
     : QDialog(parent), _gui(new Ui_QZEColorDialogGUI)
 {
@@ -210,6 +277,7 @@ void QZEColorDialog::init()
     setUpSliders();
     setUpSpinBoxes();
     connectControls();
+    setUpSpectrumTab();
 
     _gui->tabWidget->setTabEnabled(ColorTab, true);
     _gui->tabWidget->setTabEnabled(SpectrumTab, false);
@@ -551,11 +619,21 @@ void QZEColorDialog::updateSlider()
     setColorInfo(_color);
 }
 
+// The field already shows the colour it has just given: written back, it
+// would move the field's fixed component in the last float bits and make it
+// compute its whole plane again.
+bool QZEColorDialog::colorFieldHoldsCurrentColor() const
+{
+    const QZEColorField* field = _gui->_colorField;
+    const QZEColor held = field->getColor();
+    return (QZEColorField::isLabMode(field->getMode()) ? held : decoded(held)) == _color;
+}
+
 void QZEColorDialog::showOnColorField(const float lab[3])
 {
     QZEColorField* field = _gui->_colorField;
     const Mode mode = _gui->_colorFieldSlider->getMode();
-    {
+    if (!colorFieldHoldsCurrentColor()) {
         const QSignalBlocker blocker(field);
         if (isLabMode(mode)) {
             field->setLab(lab[0], lab[1], lab[2]);
@@ -580,22 +658,11 @@ void QZEColorDialog::updateLineEdits()
 
 void QZEColorDialog::setColorInfo(const QZEColor& color)
 {
-    float rgb[3];
-    if (QZEColor::s_useGamma)
-        color.getRGB(rgb[0], rgb[1], rgb[2]);
-    else
-        color.getGammaRGB(rgb[0], rgb[1], rgb[2]);
     float lab[3];
     labOf(_color, lab);
-    _gui->_r_label->setText(labelText(tr("R: "), rgb[0], 4));
-    _gui->_g_label->setText(labelText(tr("G: "), rgb[1], 4));
-    _gui->_b_label->setText(labelText(tr("B: "), rgb[2], 4));
-    _gui->_h_label->setText(labelText(tr("H: "), color.h, 4));
-    _gui->_s_label->setText(labelText(tr("S: "), color.s, 4));
-    _gui->_v_label->setText(labelText(tr("V: "), color.v, 4));
-    _gui->_Lstar_label->setText(labelText(tr("L*: "), lab[0], 3));
-    _gui->_astar_label->setText(labelText(tr("a*: "), lab[1], 3));
-    _gui->_bstar_label->setText(labelText(tr("b*: "), lab[2], 3));
+    showColorInfo({_gui->_r_label, _gui->_g_label, _gui->_b_label, _gui->_h_label, _gui->_s_label,
+                   _gui->_v_label, _gui->_Lstar_label, _gui->_astar_label, _gui->_bstar_label},
+                  color, lab, 3);
 }
 
 // A swatch shows the 8-bit form of a colour: channels clamped to 0..1 and
@@ -665,31 +732,584 @@ void QZEColorDialog::tabChanged(int index)
         updateGUI();
 }
 
-// --- Spectrum tab: wired by the spectrum editing, inert until then ----------------
+// --- Spectrum tab: construction ------------------------------------------------------
 
-void QZEColorDialog::setUseSpectrum(bool) {}
-void QZEColorDialog::saveSpectrumButtonClicked() {}
-void QZEColorDialog::loadSpectrumLineChanged() {}
-void QZEColorDialog::loadSpectrumButtonClicked() {}
-void QZEColorDialog::addSpectrumButtonClicked() {}
-void QZEColorDialog::loadSpectrumFile(char*) {}
-void QZEColorDialog::addSpectrumFile(char*) {}
-void QZEColorDialog::rejectSpectrum() {}
-void QZEColorDialog::setUniformMode(bool) {}
-void QZEColorDialog::setNonUniformMode(bool) {}
-void QZEColorDialog::updateSpectrum() {}
-void QZEColorDialog::resetSpectrum() {}
-void QZEColorDialog::setSamplingPreset(int) {}
-void QZEColorDialog::resampleSpectrum() {}
-void QZEColorDialog::setAnalyticFunction() {}
-void QZEColorDialog::addAnalyticFunction() {}
-void QZEColorDialog::analyticFunctionChanged(int) {}
-void QZEColorDialog::rgbSpectrumSliderChanged(float) {}
-void QZEColorDialog::scaleSpectrumSliderChanged(float) {}
-void QZEColorDialog::toggleSamplingEditor(bool) {}
-void QZEColorDialog::initSpectrum(const osg::SpectrumPtr&, float, bool) {}
-void QZEColorDialog::setSpectrumInfo(QZEColor) {}
-void QZEColorDialog::updateSpectrumTab(bool) {}
+void QZEColorDialog::setUpSpectrumTab()
+{
+    connectSpectrumControls();
+    setUpFileButtons();
+    setUpSpectrumSliders();
+    {
+        const QSignalBlocker blocker(_gui->_analytic_function);
+        _gui->_analytic_function->setCurrentIndex(DaylightFunction);
+    }
+    setUpSamplingPresets();
+    analyticFunctionChanged(DaylightFunction);
+}
+
+void QZEColorDialog::connectSpectrumControls()
+{
+    struct Wire
+    {
+        QObject* sender;
+        const char* signal;
+        const char* slot;
+    };
+    const Wire wires[] = {
+        {_gui->_spectrum_input_group, SIGNAL(toggled(bool)), SLOT(setUseSpectrum(bool))},
+        {_gui->_load_spectrum_line, SIGNAL(returnPressed()), SLOT(loadSpectrumLineChanged())},
+        {_gui->_load_spectrum_button, SIGNAL(clicked()), SLOT(loadSpectrumButtonClicked())},
+        {_gui->_add_spectrum_button, SIGNAL(clicked()), SLOT(addSpectrumButtonClicked())},
+        {_gui->_save_spectrum_button, SIGNAL(clicked()), SLOT(saveSpectrumButtonClicked())},
+        {_gui->_redSlider_s, SIGNAL(valueChanged(float)), SLOT(rgbSpectrumSliderChanged(float))},
+        {_gui->_greenSlider_s, SIGNAL(valueChanged(float)), SLOT(rgbSpectrumSliderChanged(float))},
+        {_gui->_blueSlider_s, SIGNAL(valueChanged(float)), SLOT(rgbSpectrumSliderChanged(float))},
+        {_gui->_scaleSlider, SIGNAL(valueChanged(float)), SLOT(scaleSpectrumSliderChanged(float))},
+        {_gui->_enableSamplingEditor, SIGNAL(toggled(bool)), SLOT(toggleSamplingEditor(bool))},
+        {_gui->_samplingPresets, SIGNAL(activated(int)), SLOT(setSamplingPreset(int))},
+        {_gui->_nonUniformSampling, SIGNAL(toggled(bool)), SLOT(setNonUniformMode(bool))},
+        {_gui->_resampleSpectrum, SIGNAL(clicked()), SLOT(resampleSpectrum())},
+        {_gui->_analytic_set, SIGNAL(clicked()), SLOT(setAnalyticFunction())},
+        {_gui->_analytic_add, SIGNAL(clicked()), SLOT(addAnalyticFunction())},
+        {_gui->_analytic_function, SIGNAL(currentIndexChanged(int)), SLOT(analyticFunctionChanged(int))},
+        {_gui->_accept_s, SIGNAL(clicked()), SLOT(accept())},
+        {_gui->_reject_s, SIGNAL(clicked()), SLOT(rejectSpectrum())},
+    };
+    for (const Wire& wire : wires)
+        connect(wire.sender, wire.signal, this, wire.slot);
+}
+
+void QZEColorDialog::setUpFileButtons()
+{
+    const QSize iconSize(zePlatform::getMediumIconSizeX(), zePlatform::getMediumIconSizeY());
+    const std::pair<QPushButton*, const char*> buttons[] = {
+        {_gui->_load_spectrum_button, "FileOpen"},
+        {_gui->_add_spectrum_button, "CreateNew"},
+        {_gui->_save_spectrum_button, "Save"},
+    };
+    for (const auto& [button, icon] : buttons) {
+        button->setIcon(zeIconManager::getIcon(QString::fromLatin1(icon)));
+        button->setIconSize(iconSize);
+        button->setFixedSize(iconSize + QSize(ButtonMargin, ButtonMargin));
+    }
+}
+
+void QZEColorDialog::setUpSpectrumSliders()
+{
+    const QZEColor black(0.0f, 0.0f, 0.0f);
+    const float lab[3] = {0.0f, 0.0f, 0.0f};
+    const std::pair<QZEColorSlider*, Mode> primaries[] = {
+        {_gui->_redSlider_s, QZEColorSlider::Red},
+        {_gui->_greenSlider_s, QZEColorSlider::Green},
+        {_gui->_blueSlider_s, QZEColorSlider::Blue},
+    };
+    for (const auto& [slider, mode] : primaries) {
+        const QSignalBlocker blocker(slider);
+        slider->setMode(mode);
+        setGradient(slider, mode, black, lab);
+    }
+    const QSignalBlocker blocker(_gui->_scaleSlider);
+    _gui->_scaleSlider->setMode(QZEColorSlider::Value);
+    _gui->_scaleSlider->setMinColor(black);
+    _gui->_scaleSlider->setMaxColor(QZEColor(0.0f, 0.0f, 1.0f));
+}
+
+void QZEColorDialog::setUpSamplingPresets()
+{
+    _samplingPresetList = {SamplingPreset(380, 5, 81), SamplingPreset(380, 10, 36),
+                           SamplingPreset(375, 5, 72)};
+    for (const SamplingPreset& preset : _samplingPresetList)
+        _gui->_samplingPresets->addItem(preset.label);
+    const QSignalBlocker blocker(_gui->_enableSamplingEditor);
+    _gui->_enableSamplingEditor->setChecked(_samplingEditorEnabled);
+}
+
+QZEColorDialog::SpectrumPathChooser QZEColorDialog::setSpectrumPathChooser(SpectrumPathChooser chooser)
+{
+    return std::exchange(spectrumPathChooser, chooser);
+}
+
+// --- Spectrum tab: the edited spectrum -------------------------------------------------
+
+void QZEColorDialog::initSpectrum(const osg::SpectrumPtr& spectrum, float maxValue, bool spectrumOnly)
+{
+    if (!spectrum)
+        return;
+    if (spectrum != _spectrum)
+        _spectrum = spectrum;
+    _gui->tabWidget->setTabEnabled(SpectrumTab, true);
+    {
+        // Making the group checkable checks it, which must not switch the
+        // spectrum on: updateSpectrumTab() shows the flag as it is.
+        const QSignalBlocker blocker(_gui->_spectrum_input_group);
+        _gui->_spectrum_input_group->setCheckable(!spectrumOnly);
+    }
+    showSpectrumPlot(maxValue);
+    if (!_backupSpectrum)
+        _backupSpectrum = osg::Spectrum::create();
+    _backupSpectrum->copy(_spectrum);
+    if (!_spectrum->getSourceValues().empty())
+        updateColorFromSpectrum(_spectrum);
+    updateSpectrumTab(true);
+}
+
+// The plot edits the spectrum it was made for, so a dialog re-aimed at
+// another spectrum gets a plot of that one in the same view.
+void QZEColorDialog::showSpectrumPlot(float maxValue)
+{
+    QGraphicsView* view = _gui->_spectrumPlot;
+    if (_plot && _plot->getSpectrum() != _spectrum) {
+        view->setScene(nullptr);
+        delete _plot;
+        _plot = nullptr;
+    }
+    if (_plot) {
+        _plot->setMaxValue(maxValue);
+    } else {
+        _plot = new QZESpectrumPlot(_spectrum, maxValue);
+        _plot->setParent(this);
+        view->setScene(_plot);
+        connect(_plot, SIGNAL(update()), this, SLOT(updateSpectrum()));
+    }
+    view->show();
+}
+
+void QZEColorDialog::recordChange(osg::BitVector whichFields) const
+{
+    if (osg::ChangeList* list = osg::PThreadBase::getCurrentChangeList())
+        list->addChanged(_spectrum, whichFields);
+}
+
+void QZEColorDialog::updateColorFromSpectrum(const osg::SpectrumPtr& spectrum)
+{
+    const QZESpectrum::RGB rgb = spectrum->getRGB();
+    _color = QZEColor::fromRGB(rgb.r, rgb.g, rgb.b);
+    emit colorChanged(getColor());
+}
+
+void QZEColorDialog::finishSpectrumEdit()
+{
+    _spectrum->resample();
+    updateColorFromSpectrum(_spectrum);
+    updateSpectrumTab(true);
+}
+
+void QZEColorDialog::updateSpectrum()
+{
+    if (!_spectrum)
+        return;
+    finishSpectrumEdit();
+}
+
+// An empty spectrum is built from the colour before its flag goes up: with
+// the flag raised first, the spectrum's reset rule would turn it into ones.
+void QZEColorDialog::setUseSpectrum(bool on)
+{
+    if (!on) {
+        if (_spectrum) {
+            recordChange(osg::Spectrum::UseSpectrumFieldMask);
+            _spectrum->setUseSpectrum(false);
+            updateSlider();
+            updateLineEdits();
+        }
+        updateSpectrumTab(true);
+        return;
+    }
+    if (!_spectrum)
+        _spectrum = osg::Spectrum::create();
+    if (_spectrum->getVersionID() != 0) {
+        recordChange(osg::Spectrum::UseSpectrumFieldMask | ValueFields);
+        _spectrum->setUseSpectrum(true);
+    } else {
+        recordChange(osg::Spectrum::UseSpectrumFieldMask | SamplingFields);
+        float r, g, b;
+        _color.getRGB(r, g, b);
+        const SamplingPreset& preset = _samplingPresetList[DefaultPreset];
+        _spectrum->setRGB(r, g, b, preset.start, preset.delta, preset.num);
+        _spectrum->setUseSpectrum(true);
+    }
+    finishSpectrumEdit();
+}
+
+void QZEColorDialog::rgbSpectrumSliderChanged(float)
+{
+    if (!_spectrum)
+        return;
+    const float r = _gui->_redSlider_s->getValue();
+    const float g = _gui->_greenSlider_s->getValue();
+    const float b = _gui->_blueSlider_s->getValue();
+    if (_spectrum->getVersionID() == NonUniformSampling) {
+        const QSignalBlocker blocker(_gui->_samplingPresets);
+        _gui->_samplingPresets->setCurrentIndex(DefaultPreset);
+        setSamplingPreset(DefaultPreset);
+    }
+    recordChange(SamplingFields);
+    _spectrum->setRGB(r, g, b, _gui->_startWavelength->value(), _gui->_deltaWavelength->value(),
+                      _gui->_numSamples->value());
+    _spectrum->resample();
+    updateColorFromSpectrum(_spectrum);
+    updateSpectrumTab(false);
+}
+
+// Scaling every value by one factor keeps the shape, hence the hue.
+void QZEColorDialog::scaleSpectrumSliderChanged(float value)
+{
+    const float target = std::max(value, MinimumScale);
+    if (!_spectrum || !_spectrum->isActive())
+        return;
+    const float largest = _spectrum->getMaxValue();
+    if (!(largest > 0.0f))
+        return;
+    recordChange(ValueFields);
+    for (float& sourceValue : _spectrum->editSourceValues())
+        sourceValue *= target / largest;
+    finishSpectrumEdit();
+}
+
+void QZEColorDialog::resetSpectrum()
+{
+    if (!_spectrum)
+        return;
+    float r, g, b;
+    _color.getRGB(r, g, b);
+    const float luminance = LuminanceRed * r + LuminanceGreen * g + LuminanceBlue * b;
+    recordChange(SamplingFields);
+    _spectrum->setOne();
+    _spectrum->resample();
+    _spectrum->setPhotometricValue(luminance);
+    finishSpectrumEdit();
+}
+
+void QZEColorDialog::rejectSpectrum()
+{
+    if (_spectrum && _backupSpectrum) {
+        recordChange(AllFields);
+        _spectrum->copy(_backupSpectrum);
+    }
+    reject();
+}
+
+// --- Spectrum tab: analytic functions ------------------------------------------------------
+
+// A black body and a daylight are given by their temperature, the others by
+// their peak.
+void QZEColorDialog::analyticFunctionChanged(int function)
+{
+    const bool byTemperature = function <= DaylightFunction;
+    for (QWidget* peakControl : {static_cast<QWidget*>(_gui->label_analytic_peak_wavelength),
+                                 static_cast<QWidget*>(_gui->_analytic_peak_wavelength),
+                                 static_cast<QWidget*>(_gui->label_analytic_peak_intensity),
+                                 static_cast<QWidget*>(_gui->_analytic_peak_intensity),
+                                 static_cast<QWidget*>(_gui->label_analytic_fwhm),
+                                 static_cast<QWidget*>(_gui->_analytic_fwhm)})
+        peakControl->setVisible(!byTemperature);
+    _gui->label_analytic_temperature->setVisible(byTemperature);
+    _gui->_analytic_temperature->setVisible(byTemperature);
+}
+
+void QZEColorDialog::setAnalyticFunction() { runAnalyticFunction(true); }
+void QZEColorDialog::addAnalyticFunction() { runAnalyticFunction(false); }
+
+void QZEColorDialog::runAnalyticFunction(bool replace)
+{
+    if (!_spectrum)
+        return;
+    recordChange(osg::Spectrum::UseSpectrumFieldMask | SamplingFields);
+    _spectrum->addAnalyticFunction(_gui->_analytic_function->currentIndex(),
+                                   float(_gui->_analytic_peak_wavelength->value()),
+                                   float(_gui->_analytic_peak_intensity->value()),
+                                   float(_gui->_analytic_fwhm->value()),
+                                   float(_gui->_analytic_temperature->value()), replace,
+                                   _gui->_startWavelength->value(),
+                                   _gui->_deltaWavelength->value(), _gui->_numSamples->value());
+    finishSpectrumEdit();
+}
+
+// --- Spectrum tab: sampling editor ----------------------------------------------------------
+
+void QZEColorDialog::toggleSamplingEditor(bool on)
+{
+    _samplingEditorEnabled = on;
+    updateSpectrumTab(true);
+}
+
+void QZEColorDialog::setSamplingPreset(int index)
+{
+    if (!_spectrum || index < 0 || index >= int(_samplingPresetList.size()))
+        return;
+    const SamplingPreset& preset = _samplingPresetList[size_t(index)];
+    const std::pair<QSpinBox*, int> entries[] = {
+        {_gui->_startWavelength, preset.start},
+        {_gui->_deltaWavelength, preset.delta},
+        {_gui->_numSamples, preset.num},
+    };
+    for (const auto& [spinBox, value] : entries) {
+        const QSignalBlocker blocker(spinBox);
+        spinBox->setValue(value);
+    }
+}
+
+void QZEColorDialog::setUniformMode(bool on)
+{
+    if (!on || !_spectrum)
+        return;
+    recordChange(osg::Spectrum::VersionIDFieldMask);
+    setSamplingPreset(DefaultPreset);
+    updateSpectrumTab(true);
+}
+
+void QZEColorDialog::setNonUniformMode(bool on)
+{
+    if (on) {
+        if (!_spectrum)
+            return;
+        recordChange(osg::Spectrum::VersionIDFieldMask);
+        updateSpectrumTab(true);
+        return;
+    }
+    // Asked without blocking: the answer arrives through the button clicked.
+    auto* box = new QMessageBox(
+        QMessageBox::Warning, tr("Disable Non-Uniform Sampling"),
+        tr("To disable non-uniform sampling, please select the preferred uniform sampling "
+           "distribution and press \"Apply\".\nWarning! Your original sampling will be changed "
+           "and non-uniform samples are lost!"),
+        QMessageBox::NoButton, this);
+    box->setObjectName(QStringLiteral("QZEColorDialogLeaveNonUniform"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    const QAbstractButton* ok = box->addButton(tr("Ok"), QMessageBox::AcceptRole);
+    box->addButton(tr("Cancel"), QMessageBox::RejectRole);
+    connect(box, &QMessageBox::buttonClicked, this,
+            [this, ok](QAbstractButton* button) { leaveNonUniformSampling(button == ok); });
+    box->open();
+}
+
+// The new uniform sampling takes effect with "Apply", so after "Ok" the
+// sampling controls must be usable.
+void QZEColorDialog::leaveNonUniformSampling(bool confirmed)
+{
+    if (!confirmed) {
+        const QSignalBlocker blocker(_gui->_nonUniformSampling);
+        _gui->_nonUniformSampling->setChecked(true);
+        return;
+    }
+    setSamplingPreset(DefaultPreset);
+    enableSamplingControls();
+}
+
+void QZEColorDialog::resampleSpectrum()
+{
+    if (!_spectrum)
+        return;
+    const int start = _gui->_startWavelength->value();
+    const int delta = _gui->_deltaWavelength->value();
+    const int num = _gui->_numSamples->value();
+    recordChange(SamplingFields);
+    if (!_spectrum->getSourceValues().empty()) {
+        _spectrum->resampleSource(start, delta, num);
+        _spectrum->setVersionID(_gui->_nonUniformSampling->isChecked() ? NonUniformSampling
+                                                                         : UniformSampling);
+    } else {
+        _spectrum->set(0.0f, start, delta, num);
+    }
+    finishSpectrumEdit();
+}
+
+bool QZEColorDialog::samplingIsUniform() const
+{
+    return !(_spectrum->getVersionID() == NonUniformSampling
+             && _gui->_nonUniformSampling->isChecked());
+}
+
+void QZEColorDialog::enableSamplingControls()
+{
+    const bool editable = _gui->_enableSamplingEditor->isChecked() && samplingIsUniform();
+    for (QWidget* control : {static_cast<QWidget*>(_gui->_startWavelength),
+                             static_cast<QWidget*>(_gui->_deltaWavelength),
+                             static_cast<QWidget*>(_gui->_numSamples),
+                             static_cast<QWidget*>(_gui->_resampleSpectrum)})
+        control->setEnabled(editable);
+}
+
+// --- Spectrum tab: files ---------------------------------------------------------------------
+
+QString QZEColorDialog::chooseSpectrumPath(const QString& caption, const QString& directory,
+                                           const QString& filter, bool forSaving)
+{
+    const SpectrumPathChooser chooser = spectrumPathChooser ? spectrumPathChooser : askWithFileDialog;
+    return chooser(this, caption, directory, filter, forSaving);
+}
+
+void QZEColorDialog::loadSpectrumButtonClicked()
+{
+    if (!_spectrum)
+        return;
+    const QString path = chooseSpectrumPath(tr("Load Spectrum File"), _gui->_load_spectrum_line->text(),
+                                            tr("Spectrum File (*.spectral *.txt)"), false);
+    if (path.isEmpty())
+        return;
+    QByteArray utf8 = path.toUtf8();
+    loadSpectrumFile(utf8.data());
+    updateSpectrumTab(true);
+}
+
+void QZEColorDialog::addSpectrumButtonClicked()
+{
+    if (!_spectrum)
+        return;
+    const QString path = chooseSpectrumPath(tr("Add Spectrum File"), _gui->_load_spectrum_line->text(),
+                                            tr("Spectrum File (*.spectral *.txt)"), false);
+    if (path.isEmpty())
+        return;
+    QByteArray utf8 = path.toUtf8();
+    addSpectrumFile(utf8.data());
+    updateSpectrumTab(true);
+}
+
+void QZEColorDialog::loadSpectrumLineChanged()
+{
+    QByteArray utf8 = _gui->_load_spectrum_line->text().toUtf8();
+    loadSpectrumFile(utf8.data());
+    updateSpectrumTab(true);
+}
+
+// A spectrum read into a fresh container, so that a failed read leaves the
+// edited one as it was; null when the path or the file is refused.
+osg::SpectrumPtr QZEColorDialog::readSpectrumFile(const char* path) const
+{
+    if (!_spectrum || !path || !*path || !zeFile::checkRead(path))
+        return osg::SpectrumPtr();
+    osg::SpectrumPtr loaded = osg::Spectrum::create();
+    return loaded->load(path) ? loaded : osg::SpectrumPtr();
+}
+
+void QZEColorDialog::loadSpectrumFile(char* path)
+{
+    const osg::SpectrumPtr loaded = readSpectrumFile(path);
+    if (!loaded)
+        return;
+    recordChange(AllFields);
+    _spectrum->copy(loaded);
+    _spectrum->resample();
+    updateColorFromSpectrum(_spectrum);
+}
+
+void QZEColorDialog::addSpectrumFile(char* path)
+{
+    const osg::SpectrumPtr loaded = readSpectrumFile(path);
+    if (!loaded)
+        return;
+    recordChange(AllFields);
+    _spectrum->add(loaded);
+    _spectrum->resample();
+    updateColorFromSpectrum(_spectrum);
+}
+
+void QZEColorDialog::saveSpectrumButtonClicked()
+{
+    if (!_spectrum)
+        return;
+    const QString name = chooseSpectrumPath(tr("Save Spectrum File"),
+                                            QString::fromStdString(_spectrum->getFileName()),
+                                            tr("Spectrum File (*.spectral)"), true);
+    if (name.isEmpty() || !zeFile::checkWrite(name))
+        return;
+    if (_spectrum->save(name.toUtf8().constData()))
+        updateSpectrumTab(true);
+}
+
+// --- Spectrum tab: refreshing the view ---------------------------------------------------------
+
+void QZEColorDialog::updateSpectrumTab(bool updateRGB)
+{
+    if (!_spectrum)
+        return;
+    const bool useSpectrum = _spectrum->getUseSpectrum();
+    _gui->tabWidget->setTabEnabled(ColorTab, !useSpectrum);
+    _gui->_spectrumPlot->setEnabled(useSpectrum);
+    setSpectrumInfo(_color);
+    {
+        const QSignalBlocker blocker(_gui->_spectrum_input_group);
+        _gui->_spectrum_input_group->setChecked(useSpectrum);
+    }
+    showOnSwatch(_gui->_current_color_s, _color);
+    showOnSwatch(_gui->_previous_color_s, _previousColor);
+    if (_spectrum->getVersionID() == 0)
+        return;
+    {
+        const QSignalBlocker blocker(_gui->_load_spectrum_line);
+        _gui->_load_spectrum_line->setText(QString::fromStdString(_spectrum->getFileName()));
+    }
+    showSpectrumSliders(updateRGB);
+    if (_spectrum->getVersionID() == NonUniformSampling) {
+        const QSignalBlocker blocker(_gui->_nonUniformSampling);
+        _gui->_nonUniformSampling->setChecked(true);
+    }
+    showSampling();
+    if (_plot && _gui->tabWidget->currentIndex() == SpectrumTab) {
+        QGraphicsView* view = _gui->_spectrumPlot;
+        view->setSceneRect(0.0, 0.0, view->width(), view->height());
+        _plot->update(float(view->width()), float(view->height()));
+    }
+}
+
+// The labels beside the sliders show the slider values, and the scale's the
+// largest source value itself, which its slider may not reach.
+void QZEColorDialog::showSpectrumSliders(bool updateRGB)
+{
+    float rgb[3];
+    _color.getRGB(rgb[0], rgb[1], rgb[2]);
+    const std::pair<QZEColorSlider*, QLabel*> primaries[] = {
+        {_gui->_redSlider_s, _gui->_spectrumRed},
+        {_gui->_greenSlider_s, _gui->_spectrumGreen},
+        {_gui->_blueSlider_s, _gui->_spectrumBlue},
+    };
+    for (size_t i = 0; i < 3; ++i) {
+        QZEColorSlider* slider = primaries[i].first;
+        if (updateRGB) {
+            const QSignalBlocker blocker(slider);
+            slider->setValue(rgb[i], false);
+        }
+        primaries[i].second->setText(QString::number(double(slider->getValue()), 'f', 3));
+    }
+    const float largest = _spectrum->isActive() ? _spectrum->getMaxValue() : 0.0f;
+    {
+        const QSignalBlocker blocker(_gui->_scaleSlider);
+        _gui->_scaleSlider->setValue(largest, false);
+    }
+    _gui->_spectrumScale->setText(QString::number(double(largest), 'f', 3));
+}
+
+void QZEColorDialog::showSampling()
+{
+    const std::pair<QSpinBox*, int> entries[] = {
+        {_gui->_startWavelength, _spectrum->getStartWavelength()},
+        {_gui->_deltaWavelength, _spectrum->getDeltaWavelength()},
+        {_gui->_numSamples, _spectrum->getNumSamples()},
+    };
+    for (const auto& [spinBox, value] : entries) {
+        const QSignalBlocker blocker(spinBox);
+        spinBox->setValue(value);
+    }
+    enableSamplingControls();
+}
+
+void QZEColorDialog::setSpectrumInfo(QZEColor color)
+{
+    float lab[3];
+    labOf(color, lab);
+    showColorInfo({_gui->_r_label_s, _gui->_g_label_s, _gui->_b_label_s, _gui->_h_label_s,
+                   _gui->_s_label_s, _gui->_v_label_s, _gui->_Lstar_label_s, _gui->_astar_label_s,
+                   _gui->_bstar_label_s},
+                  color, lab, SpectrumInfoDecimals);
+    float r, g, b;
+    color.getRGB(r, g, b);
+    const float x = 0.4384958f * r + 0.3921402f * g + 0.16936402f * b;
+    const float y = LuminanceRed * r + LuminanceGreen * g + LuminanceBlue * b;
+    const float z = 0.01732081f * r + 0.11046009f * g + 0.8722191f * b;
+    _gui->_X_label_s->setText(labelText(tr("X: "), x, SpectrumInfoDecimals));
+    _gui->_Y_label_s->setText(labelText(tr("Y: "), y, SpectrumInfoDecimals));
+    _gui->_Z_label_s->setText(labelText(tr("Z: "), z, SpectrumInfoDecimals));
+}
 
 // --- Screen pipette --------------------------------------------------------------
 
@@ -793,13 +1413,21 @@ bool QZEColorDialog::eventFilter(QObject* object, QEvent* event)
     }
 }
 
-// The catcher turns invisible and is repainted before the grab, so that the
-// pixel read is the one under it.
+// The catcher must not be in the pixel read. Opacity 0 takes it out where a
+// compositing manager blends windows; without one the window still covers
+// the screen, so it is also hidden, and the windows beneath get a moment to
+// repaint what it covered: ours through the pending events, those of other
+// programs in their own time.
 void QZEColorDialog::pickUnderCursor()
 {
     _pipetteCatcher.setWindowOpacity(0.0);
-    _pipetteCatcher.repaint();
-    QApplication::processEvents();
+    _pipetteCatcher.hide();
+    QElapsedTimer settling;
+    settling.start();
+    do {
+        QApplication::processEvents(QEventLoop::AllEvents, ScreenSettleTime);
+        QThread::msleep(1);
+    } while (settling.elapsed() < ScreenSettleTime);
     setColor(grabScreenColor(QCursor::pos()));
 }
 

@@ -3,6 +3,7 @@
 
 #include "QZEColor.h"
 #include "QZEColorSlider.h"
+#include "QZESamplingPreset.h"
 #include "osgSpectrum.h"
 
 #include <QDialog>
@@ -10,6 +11,7 @@
 #include <QWidget>
 
 #include <array>
+#include <vector>
 
 class QCloseEvent;
 class QResizeEvent;
@@ -17,6 +19,7 @@ class QTimer;
 class QZEColorButton;
 class QZEDoubleSpiner;
 class QZEScreenPicker;
+class QZESpectrumPlot;
 class Ui_QZEColorDialogGUI;
 
 // The colour chooser that every colour button opens.
@@ -40,6 +43,12 @@ class Ui_QZEColorDialogGUI;
 // release there picks the pixel under it. On a Wayland session the desktop
 // portal's colour picker does the picking; without either the pipette button
 // is disabled and says why.
+//
+// The spectrum tab edits a spectrum the host lends through initSpectrum() in
+// place. Every field write is first recorded in the current thread's change
+// list, and every edit resamples the spectrum before its colour is taken, so
+// the colour, the labels and the plot always show the spectrum as it now is.
+// "Cancel" on that tab puts back the copy taken at initSpectrum().
 class QZEColorDialog : public QDialog
 {
     Q_OBJECT
@@ -57,6 +66,23 @@ public:
     void accept() override;
 
     static QZEColor grabScreenColor(const QPoint& position);
+
+    // Asks the user for a spectrum file: an open-file dialog, or with
+    // forSaving a save-file dialog. Returns the chosen path, empty when the
+    // user cancels.
+    using SpectrumPathChooser = QString (*)(QWidget* parent, const QString& caption,
+                                            const QString& directory, const QString& filter,
+                                            bool forSaving);
+    // Installs chooser (nullptr restores the file dialogs) and returns the
+    // previous one (nullptr for the file dialogs).
+    static SpectrumPathChooser setSpectrumPathChooser(SpectrumPathChooser chooser);
+
+    const std::vector<SamplingPreset>& getSamplingPresets() const { return _samplingPresetList; }
+    QZESpectrumPlot* getSpectrumPlot() const { return _plot; }
+    osg::SpectrumPtr getSpectrum() const { return _spectrum; }
+
+    // The sampling editor's last state, for the next dialog of the process.
+    static bool _samplingEditorEnabled;
 
 signals:
     void colorChanged(QZEColor color);
@@ -157,10 +183,30 @@ private:
     void finishEdit();
     void updateSlider();
     void updateLineEdits();
+    bool colorFieldHoldsCurrentColor() const;
     void showOnColorField(const float lab[3]);
     void refreshAfterGammaChange();
     void setFieldMode(bool on, QZEColorSlider::Mode mode);
     void updateSpectrumTab(bool updateRGB);
+    void updateColorFromSpectrum(const osg::SpectrumPtr& spectrum);
+
+    void setUpSpectrumTab();
+    void connectSpectrumControls();
+    void setUpFileButtons();
+    void setUpSpectrumSliders();
+    void setUpSamplingPresets();
+    void showSpectrumPlot(float maxValue);
+    void recordChange(osg::BitVector whichFields) const;
+    void finishSpectrumEdit();
+    void showSpectrumSliders(bool updateRGB);
+    void showSampling();
+    void enableSamplingControls();
+    bool samplingIsUniform() const;
+    void leaveNonUniformSampling(bool confirmed);
+    void runAnalyticFunction(bool replace);
+    QString chooseSpectrumPath(const QString& caption, const QString& directory,
+                               const QString& filter, bool forSaving);
+    osg::SpectrumPtr readSpectrumFile(const char* path) const;
 
     static void showOnSwatch(QZEColorButton* swatch, const QZEColor& color);
     static QZEColor fromScreenColor(const QColor& pixel);
@@ -177,6 +223,10 @@ private:
     QTimer* _pipetteTimer = nullptr;
     QWidget _pipetteCatcher;
     QZEScreenPicker* _portalPicker = nullptr;
+    osg::SpectrumPtr _spectrum;
+    osg::SpectrumPtr _backupSpectrum;
+    std::vector<SamplingPreset> _samplingPresetList;
+    QZESpectrumPlot* _plot = nullptr;
 };
 
 #endif // QZECOLORDIALOG_H
