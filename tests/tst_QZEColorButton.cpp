@@ -11,11 +11,13 @@
 #include <QDragLeaveEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTabWidget>
 #include <QTimer>
 #include <QtTest>
 
@@ -370,6 +372,8 @@ private slots:
     void dialogGetsColourThroughRgbRoundTrip();
     void dialogIsCreatedOnceShownAndStaysOnTop();
     void clickReaimsOpenDialogAtButtonsColour();
+    void clickHandsTheButtonsSpectrumToTheDialog_data();
+    void clickHandsTheButtonsSpectrumToTheDialog();
     void twoButtonsRouteLaterChangesOnlyToSecond();
     void reaimingDisconnectsEveryListenerOfTheDialog();
     void acceptHidesDialogTakesItsColourThenAccepted();
@@ -1176,6 +1180,36 @@ void tst_QZEColorButton::clickReaimsOpenDialogAtButtonsColour()
     QCOMPARE(log.names, (QStringList{"colorButtonClicked", "temporaryColorChosen"}));
     QZE_CHECK(compareColours(log.colours.at(0), colour, 1e-6));
     QZE_CHECK(compareColours(sharedDialog()->getColor(), colour, 1e-6));
+}
+
+void tst_QZEColorButton::clickHandsTheButtonsSpectrumToTheDialog_data()
+{
+    QTest::addColumn<bool>("hasSpectrum");
+    QTest::addColumn<bool>("spectrumOnly");
+    QTest::newRow("no spectrum") << false << false;
+    QTest::newRow("spectrum") << true << false;
+    QTest::newRow("spectrum only") << true << true;
+}
+
+// The dialog opens its spectrum tab for a spectrum it is given; a colour that
+// comes from the spectrum alone leaves no switch to turn the spectrum off.
+void tst_QZEColorButton::clickHandsTheButtonsSpectrumToTheDialog()
+{
+    QFETCH(bool, hasSpectrum);
+    QFETCH(bool, spectrumOnly);
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    if (hasSpectrum)
+        button->setSpectrum(spectrumWithBands(40, false), 2.0f, spectrumOnly);
+
+    button->click();
+
+    auto* tabs = sharedDialog()->findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    auto* input = sharedDialog()->findChild<QGroupBox*>(QStringLiteral("_spectrum_input_group"));
+    QVERIFY(tabs && input);
+    QCOMPARE(tabs->isTabEnabled(1), hasSpectrum);
+    if (hasSpectrum)
+        QCOMPARE(input->isCheckable(), !spectrumOnly);
 }
 
 void tst_QZEColorButton::twoButtonsRouteLaterChangesOnlyToSecond()
