@@ -1141,27 +1141,24 @@ QString QZEColorDialog::chooseSpectrumPath(const QString& caption, const QString
 
 void QZEColorDialog::loadSpectrumButtonClicked()
 {
-    if (!_spectrum)
-        return;
-    const QString path = chooseSpectrumPath(tr("Load Spectrum File"), _gui->_load_spectrum_line->text(),
-                                            tr("Spectrum File (*.spectral *.txt)"), false);
-    if (path.isEmpty())
-        return;
-    QByteArray utf8 = path.toUtf8();
-    loadSpectrumFile(utf8.data());
-    updateSpectrumTab(true);
+    readChosenSpectrumFile(tr("Load Spectrum File"), &QZEColorDialog::loadSpectrumFile);
 }
 
 void QZEColorDialog::addSpectrumButtonClicked()
 {
+    readChosenSpectrumFile(tr("Add Spectrum File"), &QZEColorDialog::addSpectrumFile);
+}
+
+void QZEColorDialog::readChosenSpectrumFile(const QString& caption, void (QZEColorDialog::*read)(char*))
+{
     if (!_spectrum)
         return;
-    const QString path = chooseSpectrumPath(tr("Add Spectrum File"), _gui->_load_spectrum_line->text(),
+    const QString path = chooseSpectrumPath(caption, _gui->_load_spectrum_line->text(),
                                             tr("Spectrum File (*.spectral *.txt)"), false);
     if (path.isEmpty())
         return;
     QByteArray utf8 = path.toUtf8();
-    addSpectrumFile(utf8.data());
+    (this->*read)(utf8.data());
     updateSpectrumTab(true);
 }
 
