@@ -29,6 +29,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <fcntl.h>
 #include <map>
 #include <memory>
 #include <sys/stat.h>
@@ -66,6 +68,42 @@ void writeFile(const QString& path, const QByteArray& bytes)
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Text));
     QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
+
+// What the process writes to its standard error while one of these lives.
+class StderrCapture
+{
+public:
+    explicit StderrCapture(const QString& path)
+        : _path(path), _saved(::dup(STDERR_FILENO))
+    {
+        std::fflush(stderr);
+        const int file = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        ::dup2(file, STDERR_FILENO);
+        ::close(file);
+    }
+    ~StderrCapture() { restore(); }
+
+    QByteArray finish()
+    {
+        restore();
+        QFile file(_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    void restore()
+    {
+        if (_saved < 0)
+            return;
+        std::fflush(stderr);
+        ::dup2(_saved, STDERR_FILENO);
+        ::close(_saved);
+        _saved = -1;
+    }
+
+    QString _path;
+    int _saved;
+};
 
 // Planck's law up to a constant factor, wavelength in nm.
 double planck(double wavelengthNm, double temperature)
@@ -1077,8 +1115,11 @@ void tst_QZEColorDialogSpectrum::loadOfDecreasingWavelengthsLeavesSpectrumUnchan
     dialog->initSpectrum(spectrum);
     osg::PThreadBase::getCurrentChangeList()->clear();
     QByteArray utf8 = path.toUtf8();
+    StderrCapture capture(m_dir.filePath(QStringLiteral("stderr.log")));
     dialog->loadSpectrumFile(utf8.data());
     dialog->addSpectrumFile(utf8.data());
+    const QByteArray errors = capture.finish();
+    QCOMPARE(errors.count("ERROR Spectrum: Wavelengths not monotonically increasing."), 2);
     QCOMPARE(spectrum->getSourceValues(), std::vector<float>(31, 0.5f));
     QCOMPARE(spectrum->getFileName(), std::string("kept.spectral"));
     QVERIFY(osg::PThreadBase::getCurrentChangeList()->empty());
