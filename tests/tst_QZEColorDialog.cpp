@@ -1,4 +1,5 @@
 #include "ColourArithmetic.h"
+#include "DialogPart.h"
 #include "QZEColorArray.h"
 #include "QZEColorButton.h"
 #include "QZEColorDialog.h"
@@ -90,15 +91,6 @@ void compareHsv(const QZEColor& actual, const QZEColor& expected, const QString&
 }
 
 // --- Reaching the dialog's parts --------------------------------------------------
-
-template <typename T>
-T* part(const QZEColorDialog& dialog, const char* name)
-{
-    T* found = dialog.findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("the dialog has no %s", name);
-    return found;
-}
 
 QWidget* pipetteCatcher()
 {

@@ -1,4 +1,6 @@
 #include "ColourArithmetic.h"
+#include "DialogPart.h"
+#include "QZEColorButton.h"
 #include "QZEColorDialog.h"
 #include "QZEColorSlider.h"
 #include "QZESpectrumPlot.h"
@@ -27,6 +29,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <fcntl.h>
 #include <map>
 #include <memory>
 #include <sys/stat.h>
@@ -36,14 +40,6 @@ namespace {
 
 using Spectrum = osg::Spectrum;
 
-template <typename T>
-T* part(const QZEColorDialog& dialog, const char* name)
-{
-    T* found = dialog.findChild<T*>(QString::fromLatin1(name));
-    if (!found)
-        qFatal("the dialog has no %s", name);
-    return found;
-}
 
 // One column of a reference CSV in Common/Libs/QtColor/data, by header name.
 std::vector<double> csvColumn(const QString& file, const QString& column)
@@ -65,6 +61,49 @@ double smitsGrey(double level, double whiteBasis)
 {
     return std::clamp(0.94 * level * whiteBasis, 0.0, 1.0);
 }
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Text));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+// What the process writes to its standard error while one of these lives.
+class StderrCapture
+{
+public:
+    explicit StderrCapture(const QString& path)
+        : _path(path), _saved(::dup(STDERR_FILENO))
+    {
+        std::fflush(stderr);
+        const int file = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        ::dup2(file, STDERR_FILENO);
+        ::close(file);
+    }
+    ~StderrCapture() { restore(); }
+
+    QByteArray finish()
+    {
+        restore();
+        QFile file(_path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    void restore()
+    {
+        if (_saved < 0)
+            return;
+        std::fflush(stderr);
+        ::dup2(_saved, STDERR_FILENO);
+        ::close(_saved);
+        _saved = -1;
+    }
+
+    QString _path;
+    int _saved;
+};
 
 // Planck's law up to a constant factor, wavelength in nm.
 double planck(double wavelengthNm, double temperature)
@@ -156,6 +195,8 @@ private slots:
     void updateSpectrumTabStopsBeforeFileNameForUnsampledSpectrum();
     void updateSpectrumTabEnablesSamplingOnlyForUniformWithEditorOn();
     void updateSpectrumTabNeverUnchecksNonUniformSampling();
+    void updateSpectrumTabShowsCurrentAndPreviousColourOnSwatches();
+    void updateSpectrumTabFitsPlotToViewOnlyOnSpectrumTab();
 
     // use-spectrum switch
     void switchingOnEmptySpectrumBuildsItFromColourAtDefaultSampling();
@@ -182,6 +223,7 @@ private slots:
     void applyResamplesToSpinBoxSamplingAsVersionOne();
     void applyWithNonUniformCheckedGivesVersionTwo();
     void applyOnSpectrumWithoutValuesMakesZeros();
+    void uniformModeRecordsVersionAndLoadsDefaultPreset();
     void cancelInNonUniformMessageBoxKeepsNonUniformSampling();
     void okInNonUniformMessageBoxLoadsDefaultPresetAndApplyMakesUniform();
 
@@ -475,6 +517,44 @@ void tst_QZEColorDialogSpectrum::updateSpectrumTabNeverUnchecksNonUniformSamplin
     QVERIFY(nonUniform->isChecked());
     // Still uniform until "Apply", so the sampling stays editable.
     QVERIFY(part<QWidget>(*dialog, "_resampleSpectrum")->isEnabled());
+}
+
+void tst_QZEColorDialogSpectrum::updateSpectrumTabShowsCurrentAndPreviousColourOnSwatches()
+{
+    const auto dialog = makeDialog(); // previous colour: grey 0.5
+    const osg::SpectrumPtr spectrum = uniformSpectrum(380, 10, std::vector<float>(41, 0.02f));
+    dialog->initSpectrum(spectrum);
+    const auto swatchColour = [&](const char* name) {
+        return part<QZEColorButton>(*dialog, name)->getColor().getQColor();
+    };
+    const QZESpectrum::RGB rgb = spectrum->getRGB();
+    const auto byte = [](float c) { return std::clamp(int(c * 255.0f), 0, 255); };
+    const QColor current(byte(rgb.r), byte(rgb.g), byte(rgb.b));
+    QCOMPARE(swatchColour("_current_color_s"), current);
+    QCOMPARE(swatchColour("_previous_color_s"), QColor(127, 127, 127));
+}
+
+// With the flag clear the colour tab stays current; switching the spectrum
+// on disables that tab, which makes the spectrum tab current.
+void tst_QZEColorDialogSpectrum::updateSpectrumTabFitsPlotToViewOnlyOnSpectrumTab()
+{
+    const auto dialog = makeDialog();
+    dialog->resize(900, 700);
+    const osg::SpectrumPtr spectrum = uniformSpectrum(380, 10, std::vector<float>(41, 0.25f));
+    spectrum->setUseSpectrum(false);
+    dialog->initSpectrum(spectrum);
+    dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    auto* tabs = part<QTabWidget>(*dialog, "tabWidget");
+    auto* view = part<QGraphicsView>(*dialog, "_spectrumPlot");
+    QCOMPARE(tabs->currentIndex(), 0);
+    view->setSceneRect(0.0, 0.0, 1.0, 1.0);
+    dialog->updateSpectrum();
+    QCOMPARE(view->sceneRect(), QRectF(0.0, 0.0, 1.0, 1.0));
+    dialog->setUseSpectrum(true);
+    QCOMPARE(tabs->currentIndex(), 1);
+    QCOMPARE(view->sceneRect(), QRectF(0.0, 0.0, view->width(), view->height()));
+    QCOMPARE(dialog->getSpectrumPlot()->getSamples().size(), size_t(41));
 }
 
 // --- use-spectrum switch -----------------------------------------------------------------
@@ -798,6 +878,20 @@ void tst_QZEColorDialogSpectrum::applyOnSpectrumWithoutValuesMakesZeros()
     QCOMPARE(spectrum->getDeltaWavelength(), 10);
 }
 
+void tst_QZEColorDialogSpectrum::uniformModeRecordsVersionAndLoadsDefaultPreset()
+{
+    const auto dialog = makeDialog();
+    const osg::SpectrumPtr spectrum = uniformSpectrum(400, 10, std::vector<float>(31, 0.5f));
+    dialog->initSpectrum(spectrum);
+    osg::PThreadBase::getCurrentChangeList()->clear();
+    dialog->setUniformMode(false);
+    QVERIFY(osg::PThreadBase::getCurrentChangeList()->empty());
+    dialog->setUniformMode(true);
+    QCOMPARE(changedMask(spectrum), Spectrum::VersionIDFieldMask);
+    QCOMPARE(spectrum->getVersionID(), 1);
+    QCOMPARE(spectrum->getSourceValues(), std::vector<float>(31, 0.5f));
+}
+
 void tst_QZEColorDialogSpectrum::cancelInNonUniformMessageBoxKeepsNonUniformSampling()
 {
     const auto dialog = makeDialog();
@@ -972,11 +1066,7 @@ void tst_QZEColorDialogSpectrum::loadThroughFileDialogTakesSpectralFileAndShowsI
 void tst_QZEColorDialogSpectrum::loadFromLineEditReadsTwoColumnTextFile()
 {
     const QString path = m_dir.filePath(QStringLiteral("two.txt"));
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Text));
-        file.write("400 0.25\n500 0.5\n600 0.75\n700 1.0\n");
-    }
+    QZE_CHECK(writeFile(path, "400 0.25\n500 0.5\n600 0.75\n700 1.0\n"));
     const auto dialog = makeDialog();
     const osg::SpectrumPtr spectrum = uniformSpectrum(380, 10, std::vector<float>(41, 0.1f));
     dialog->initSpectrum(spectrum);
@@ -1018,19 +1108,18 @@ void tst_QZEColorDialogSpectrum::loadOfUnreadablePathLeavesSpectrumUnchanged()
 void tst_QZEColorDialogSpectrum::loadOfDecreasingWavelengthsLeavesSpectrumUnchanged()
 {
     const QString path = m_dir.filePath(QStringLiteral("decreasing.txt"));
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Text));
-        file.write("600 0.25\n500 0.5\n400 0.75\n");
-    }
+    QZE_CHECK(writeFile(path, "600 0.25\n500 0.5\n400 0.75\n"));
     const auto dialog = makeDialog();
     const osg::SpectrumPtr spectrum = uniformSpectrum(400, 10, std::vector<float>(31, 0.5f));
     spectrum->setFileName("kept.spectral");
     dialog->initSpectrum(spectrum);
     osg::PThreadBase::getCurrentChangeList()->clear();
     QByteArray utf8 = path.toUtf8();
+    StderrCapture capture(m_dir.filePath(QStringLiteral("stderr.log")));
     dialog->loadSpectrumFile(utf8.data());
     dialog->addSpectrumFile(utf8.data());
+    const QByteArray errors = capture.finish();
+    QCOMPARE(errors.count("ERROR Spectrum: Wavelengths not monotonically increasing."), 2);
     QCOMPARE(spectrum->getSourceValues(), std::vector<float>(31, 0.5f));
     QCOMPARE(spectrum->getFileName(), std::string("kept.spectral"));
     QVERIFY(osg::PThreadBase::getCurrentChangeList()->empty());

@@ -221,22 +221,33 @@ const EncodedBytes& encodedBytes()
     return table;
 }
 
+// GCC turns the rows of the hue and saturation planes into vector code only
+// at -O3 and when it may assume that float comparisons do not trap (no result
+// changes); the pixel functions they call must then be inlined regardless.
+#if defined(__GNUC__) && !defined(__clang__)
+#define QZE_VECTORISED_LOOP __attribute__((optimize("O3", "no-trapping-math")))
+#define QZE_ALWAYS_INLINE inline __attribute__((always_inline))
+#else
+#define QZE_VECTORISED_LOOP
+#define QZE_ALWAYS_INLINE inline
+#endif
+
 // Channel to byte exactly as QZEColor::toByte, written without branches so
 // that a row of them compiles to vector code.
-inline int displayByte(float c)
+QZE_ALWAYS_INLINE int displayByte(float c)
 {
-    const float low = c >= 0.0f ? c : 0.0f; // NaN gives 0
-    return int(std::min(low, 1.0f) * 255.0f);
+    const float low = c > 0.0f ? c : 0.0f; // NaN gives 0
+    return int((low < 1.0f ? low : 1.0f) * 255.0f);
 }
 
-QRgb displayPixel(float r, float g, float b)
+QZE_ALWAYS_INLINE QRgb displayPixel(float r, float g, float b)
 {
     return qRgb(displayByte(r), displayByte(g), displayByte(b));
 }
 
 // A linear colour as its HSV form shows it sRGB-encoded: the channels go
 // through HSV and back, as every colour of the library does.
-QRgb encodedPixel(float r, float g, float b)
+inline QRgb encodedPixel(float r, float g, float b)
 {
     QZEColor::fromRGB(r, g, b).getRGB(r, g, b);
     const EncodedBytes& bytes = encodedBytes();
@@ -289,6 +300,15 @@ struct ChannelRows
     std::vector<float> r, g, b;
 };
 
+QZE_VECTORISED_LOOP void fillScaledRow(QRgb* line, const ChannelRows& unit, float value, int w)
+{
+    const float* r = unit.r.data();
+    const float* g = unit.g.data();
+    const float* b = unit.b.data();
+    for (int x = 0; x < w; ++x)
+        line[x] = displayPixel(r[x] * value, g[x] * value, b[x] * value);
+}
+
 // The hue and saturation planes, whose value runs along y. Every channel
 // hsvToRgb gives ends in a product with the value (or is the value), so it is
 // exactly the channel at value 1 times the value: one hsvToRgb per column
@@ -306,15 +326,8 @@ void fillPlaneScaledByValue(QImage& plane, float fixed)
         const float sat = Fixed == 0 ? columns[size_t(x)] : fixed;
         QZEColor::hsvToRgb(hue, sat, 1.0f, unit.r[size_t(x)], unit.g[size_t(x)], unit.b[size_t(x)]);
     }
-    const float* r = unit.r.data();
-    const float* g = unit.g.data();
-    const float* b = unit.b.data();
-    for (int y = 0; y < plane.height(); ++y) {
-        const float value = rows[size_t(y)];
-        QRgb* line = planeLine(plane, y);
-        for (int x = 0; x < w; ++x)
-            line[x] = displayPixel(r[x] * value, g[x] * value, b[x] * value);
-    }
+    for (int y = 0; y < plane.height(); ++y)
+        fillScaledRow(planeLine(plane, y), unit, rows[size_t(y)], w);
 }
 
 // labFInverse of QZEColor, which keeps it private; the planes must follow

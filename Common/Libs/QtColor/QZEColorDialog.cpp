@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <initializer_list>
 #include <cstdio>
 #include <utility>
 
@@ -69,6 +70,20 @@ constexpr osg::BitVector SamplingFields =
     | osg::Spectrum::WavelengthsFieldMask;
 constexpr osg::BitVector AllFields =
     SamplingFields | osg::Spectrum::UseSpectrumFieldMask | osg::Spectrum::FileNameFieldMask;
+
+// One signal of a control to one slot of the dialog, by string signatures.
+struct Wire
+{
+    QObject* sender;
+    const char* signal;
+    const char* slot;
+};
+
+void connectAll(QObject* receiver, std::initializer_list<Wire> wires)
+{
+    for (const Wire& wire : wires)
+        QObject::connect(wire.sender, wire.signal, receiver, wire.slot);
+}
 
 QZEColorDialog::SpectrumPathChooser spectrumPathChooser = nullptr;
 
@@ -323,13 +338,7 @@ void QZEColorDialog::setUpSpinBoxes()
 
 void QZEColorDialog::connectControls()
 {
-    struct Wire
-    {
-        QObject* sender;
-        const char* signal;
-        const char* slot;
-    };
-    const Wire wires[] = {
+    connectAll(this, {
         {_gui->_previous_color, SIGNAL(clicked()), SLOT(restorePreviousColor())},
         {_gui->_redButton, SIGNAL(toggled(bool)), SLOT(setRedMode(bool))},
         {_gui->_greenButton, SIGNAL(toggled(bool)), SLOT(setGreenMode(bool))},
@@ -363,9 +372,7 @@ void QZEColorDialog::connectControls()
         {_gui->_useGamma, SIGNAL(toggled(bool)), SLOT(setUseGamma(bool))},
         {_gui->_accept, SIGNAL(clicked()), SLOT(accept())},
         {_gui->_reject, SIGNAL(clicked()), SLOT(reject())},
-    };
-    for (const Wire& wire : wires)
-        connect(wire.sender, wire.signal, this, wire.slot);
+    });
 }
 
 // The swatches only show colours: a click on the previous one restores it,
@@ -749,13 +756,7 @@ void QZEColorDialog::setUpSpectrumTab()
 
 void QZEColorDialog::connectSpectrumControls()
 {
-    struct Wire
-    {
-        QObject* sender;
-        const char* signal;
-        const char* slot;
-    };
-    const Wire wires[] = {
+    connectAll(this, {
         {_gui->_spectrum_input_group, SIGNAL(toggled(bool)), SLOT(setUseSpectrum(bool))},
         {_gui->_load_spectrum_line, SIGNAL(returnPressed()), SLOT(loadSpectrumLineChanged())},
         {_gui->_load_spectrum_button, SIGNAL(clicked()), SLOT(loadSpectrumButtonClicked())},
@@ -774,9 +775,7 @@ void QZEColorDialog::connectSpectrumControls()
         {_gui->_analytic_function, SIGNAL(currentIndexChanged(int)), SLOT(analyticFunctionChanged(int))},
         {_gui->_accept_s, SIGNAL(clicked()), SLOT(accept())},
         {_gui->_reject_s, SIGNAL(clicked()), SLOT(rejectSpectrum())},
-    };
-    for (const Wire& wire : wires)
-        connect(wire.sender, wire.signal, this, wire.slot);
+    });
 }
 
 void QZEColorDialog::setUpFileButtons()
@@ -1141,27 +1140,24 @@ QString QZEColorDialog::chooseSpectrumPath(const QString& caption, const QString
 
 void QZEColorDialog::loadSpectrumButtonClicked()
 {
-    if (!_spectrum)
-        return;
-    const QString path = chooseSpectrumPath(tr("Load Spectrum File"), _gui->_load_spectrum_line->text(),
-                                            tr("Spectrum File (*.spectral *.txt)"), false);
-    if (path.isEmpty())
-        return;
-    QByteArray utf8 = path.toUtf8();
-    loadSpectrumFile(utf8.data());
-    updateSpectrumTab(true);
+    readChosenSpectrumFile(tr("Load Spectrum File"), &QZEColorDialog::loadSpectrumFile);
 }
 
 void QZEColorDialog::addSpectrumButtonClicked()
 {
+    readChosenSpectrumFile(tr("Add Spectrum File"), &QZEColorDialog::addSpectrumFile);
+}
+
+void QZEColorDialog::readChosenSpectrumFile(const QString& caption, void (QZEColorDialog::*read)(char*))
+{
     if (!_spectrum)
         return;
-    const QString path = chooseSpectrumPath(tr("Add Spectrum File"), _gui->_load_spectrum_line->text(),
+    const QString path = chooseSpectrumPath(caption, _gui->_load_spectrum_line->text(),
                                             tr("Spectrum File (*.spectral *.txt)"), false);
     if (path.isEmpty())
         return;
     QByteArray utf8 = path.toUtf8();
-    addSpectrumFile(utf8.data());
+    (this->*read)(utf8.data());
     updateSpectrumTab(true);
 }
 

@@ -207,6 +207,7 @@ private:
     QString chooseSpectrumPath(const QString& caption, const QString& directory,
                                const QString& filter, bool forSaving);
     osg::SpectrumPtr readSpectrumFile(const char* path) const;
+    void readChosenSpectrumFile(const QString& caption, void (QZEColorDialog::*read)(char*));
 
     static void showOnSwatch(QZEColorButton* swatch, const QZEColor& color);
     static QZEColor fromScreenColor(const QColor& pixel);
