@@ -39,8 +39,10 @@ bool allScenesPixelIdentical(const std::vector<Scene>& scenes, SameAsReference s
 
 // Runs the benchmarks that registerAll registers once checkBeforeTiming()
 // holds; 1 when it does not or when the command line has unknown arguments.
+// A reporter, when given, replaces the usual console report.
 template <typename Check, typename Register>
-int runWidgetBenchmarks(int argc, char** argv, Check checkBeforeTiming, Register registerAll)
+int runWidgetBenchmarks(int argc, char** argv, Check checkBeforeTiming, Register registerAll,
+                        benchmark::BenchmarkReporter* reporter = nullptr)
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -53,7 +55,7 @@ int runWidgetBenchmarks(int argc, char** argv, Check checkBeforeTiming, Register
         return 1;
 
     registerAll();
-    benchmark::RunSpecifiedBenchmarks();
+    benchmark::RunSpecifiedBenchmarks(reporter);
     benchmark::Shutdown();
     return 0;
 }

@@ -9,7 +9,7 @@ packages=(
   qt5-image-formats-plugins
   libexiv2-dev
   libbenchmark-dev
-  xvfb xauth
+  xvfb xauth dbus-daemon
 )
 
 missing=()

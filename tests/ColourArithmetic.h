@@ -64,4 +64,15 @@ inline QZEColor hsvOf(float r, float g, float b)
     return QZEColor(h, max == 0.0f ? 0.0f : (max - min) / max, max);
 }
 
+// The sRGB transfer functions in double precision.
+inline double srgbEncoded(double c)
+{
+    return c <= 0.0031308 ? 12.92 * c : 1.055 * std::pow(c, 1.0 / 2.4) - 0.055;
+}
+
+inline double srgbDecoded(double c)
+{
+    return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+}
+
 #endif // COLOURARITHMETIC_H

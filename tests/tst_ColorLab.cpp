@@ -2,15 +2,20 @@
 #include "ColourArithmetic.h"
 #include "ImageFixtures.h"
 #include "ImagesPage.h"
+#include "DialogPage.h"
 #include "QZEColor.h"
+#include "QZEColorButton.h"
+#include "QZEColorDialog.h"
 #include "QZEColorSlider.h"
 #include "ScreenshotWriter.h"
 #include "SlidersPage.h"
 #include "TestHelpers.h"
 #include "zeTextureMetaDataGUII.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QFrame>
@@ -264,15 +269,13 @@ QProcessEnvironment offscreen()
 // The shot of the Images page's information dialog, after the pages.
 const QString DialogShot = QStringLiteral("image-information.png");
 
-// One file per page of a fresh window, named after the page, then the
-// information dialog's.
+// One file per page of a fresh window, named after the page.
 QStringList shotsOfEveryPage(const QString& directory)
 {
     ColorLabWindow window;
     QStringList files;
     for (int i = 0; i < window.pageCount(); ++i)
         files.append(QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png")));
-    files.append(QDir(directory).filePath(DialogShot));
     return files;
 }
 
@@ -286,11 +289,6 @@ QSize shownDialogSize()
     const QSize size = dialog->size();
     delete dialog;
     return size;
-}
-
-QSize expectedShotSize(const QString& file)
-{
-    return file.endsWith(DialogShot) ? shownDialogSize() : ScreenshotSize;
 }
 
 // The information dialogs a page has open.
@@ -321,6 +319,48 @@ void chooseInNextFileDialog(const QString& path)
         dialog->selectFile(path);
         QMetaObject::invokeMethod(dialog, "accept"); // protected in QFileDialog
     });
+// The colour dialog's pictures, after the pages: device pixel ratio 1, then 2.
+QStringList dialogShots(const QString& directory)
+{
+    return {QDir(directory).filePath(QStringLiteral("colordialog.png")),
+            QDir(directory).filePath(QStringLiteral("colordialog@2x.png"))};
+}
+
+// What --screenshot writes, in order: the pages, the colour dialog, the
+// information dialog.
+QStringList everyShot(const QString& directory)
+{
+    return shotsOfEveryPage(directory) + dialogShots(directory)
+           + QStringList{QDir(directory).filePath(DialogShot)};
+}
+
+// Share of 2 x 2 pixel blocks of a ratio-2 picture whose four pixels are not
+// all equal: zero for a picture scaled up from ratio 1 by pixel doubling.
+double detailedBlockShare(const QImage& picture)
+{
+    const QImage image = picture.convertToFormat(QImage::Format_RGB32);
+    int detailed = 0, blocks = 0;
+    for (int y = 0; y + 1 < image.height(); y += 2) {
+        for (int x = 0; x + 1 < image.width(); x += 2) {
+            const QRgb corner = image.pixel(x, y);
+            detailed += corner != image.pixel(x + 1, y) || corner != image.pixel(x, y + 1)
+                        || corner != image.pixel(x + 1, y + 1);
+            ++blocks;
+        }
+    }
+    return blocks ? double(detailed) / blocks : 0.0;
+}
+
+// The page's two swatches: the colour on screen, then the sent values
+// unconverted.
+QVector<QColor> swatchColors(const DialogPage& page)
+{
+    QVector<QColor> colors;
+    for (const QFrame* frame : page.findChildren<QFrame*>()) {
+        if (frame->metaObject() == &QFrame::staticMetaObject && frame->autoFillBackground())
+            colors.append(frame->palette().color(QPalette::Window));
+    }
+    return colors;
 }
 
 QStringList nonEmptyLines(const QString& text)
@@ -361,6 +401,8 @@ private slots:
     void writerNamesOneFilePerPageAfterThePage();
     void writerReportsAnUncreatableDirectory();
     void writerStopsAtAFileItCannotWrite();
+    void writerRendersTheDialogSharplyAtRatioTwo();
+    void writerLeavesAHiddenDialogHidden();
 
     void eachSliderIsLabelledWithItsChannel();
     void slidersShowHandWorkedPositions_data();
@@ -385,6 +427,10 @@ private slots:
     void informationButtonOpensTheDialogForTheChosenFile();
     void cancellingTheFileDialogOpensNothing();
     void unreadableFileOpensNoDialogAndSaysSo();
+    void dialogPageOpensTheDialogWithoutBlockingTheWindow();
+    void dialogPageShowsEachColourTheDialogSends();
+    void dialogPageFollowsAnEditInTheDialog();
+    void dialogPageKeepsTheScreenColourWhenTheSrgbSwitchFlips();
 
 private:
     static void clickData();
@@ -424,14 +470,21 @@ void tst_ColorLab::screenshotOptionWritesEveryPageAtTheWindowSize()
     QVERIFY(run.finished);
     QCOMPARE(run.status, QProcess::NormalExit);
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    const QStringList expected = shotsOfEveryPage(directory);
-    QVERIFY(expected.contains(QDir(directory).filePath(QStringLiteral("sliders.png"))));
-    QCOMPARE(nonEmptyLines(run.out), expected);
-    for (const QString& file : expected) {
+    const QStringList pages = shotsOfEveryPage(directory);
+    QVERIFY(pages.contains(QDir(directory).filePath(QStringLiteral("sliders.png"))));
+    QVERIFY(pages.contains(QDir(directory).filePath(QStringLiteral("dialog.png"))));
+    const QString informationShot = QDir(directory).filePath(DialogShot);
+    QCOMPARE(nonEmptyLines(run.out), everyShot(directory));
+    for (const QString& file : pages) {
         const QImage shot(file);
         QVERIFY2(!shot.isNull(), qPrintable(file));
-        QCOMPARE(shot.size(), expectedShotSize(file));
+        QCOMPARE(shot.size(), ScreenshotSize);
     }
+    QCOMPARE(QImage(informationShot).size(), shownDialogSize());
+    const QImage single(dialogShots(directory).at(0));
+    const QImage doubled(dialogShots(directory).at(1));
+    QCOMPARE(single.size(), QZEColorDialog().size());
+    QCOMPARE(doubled.size(), single.size() * 2);
 }
 
 void tst_ColorLab::screenshotIntoAnUncreatableDirectoryFailsWithAMessage()
@@ -532,7 +585,7 @@ void tst_ColorLab::toolkitOptionsStillReachTheToolkit()
     QVERIFY(run.finished);
     QCOMPARE(run.status, QProcess::NormalExit);
     QVERIFY2(run.exitCode == 0, qPrintable(run.err));
-    QCOMPARE(nonEmptyLines(run.out), shotsOfEveryPage(directory));
+    QCOMPARE(nonEmptyLines(run.out), everyShot(directory));
 }
 
 void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
@@ -546,7 +599,8 @@ void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
     QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
 
     QCOMPARE(window.page(0)->objectName(), QStringLiteral("sliders"));
-    QCOMPARE(writer.files().size(), window.pageCount() + 1);
+    QCOMPARE(writer.files().size(), window.pageCount() + 3);
+    QCOMPARE(writer.files().mid(window.pageCount(), 2), dialogShots(directory));
     for (int i = 0; i < window.pageCount(); ++i) {
         const QString file = QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png"));
         QCOMPARE(writer.files().at(i), file);
@@ -587,6 +641,43 @@ void tst_ColorLab::writerStopsAtAFileItCannotWrite()
     QVERIFY(writer.files().isEmpty());
     QVERIFY2(writer.errorString().contains(QDir::toNativeSeparators(blocked)),
              qPrintable(writer.errorString()));
+}
+
+void tst_ColorLab::writerRendersTheDialogSharplyAtRatioTwo()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    ColorLabWindow window;
+    ScreenshotWriter writer(tmp.path());
+
+    QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
+
+    const QImage single(dialogShots(tmp.path()).at(0));
+    const QImage doubled(dialogShots(tmp.path()).at(1));
+    QCOMPARE(single.size(), window.colorDialog()->size());
+    QCOMPARE(doubled.size(), single.size() * 2);
+    // Text edges and gradients drawn at twice the resolution leave many
+    // blocks uneven; pixel doubling would leave none.
+    const double share = detailedBlockShare(doubled);
+    QVERIFY2(share > 0.02, qPrintable(QString::number(share)));
+    // The same place holds the same colour in both: the current colour swatch.
+    const QWidget* swatch = window.colorDialog()->findChild<QWidget*>(QStringLiteral("_current_color"));
+    QVERIFY(swatch);
+    const QPoint centre = swatch->mapTo(window.colorDialog(), swatch->rect().center());
+    QCOMPARE(doubled.pixelColor(centre * 2), single.pixelColor(centre));
+}
+
+void tst_ColorLab::writerLeavesAHiddenDialogHidden()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    ColorLabWindow window;
+    ScreenshotWriter writer(tmp.path());
+
+    QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
+
+    QVERIFY(!window.colorDialog()->isVisible());
+    QVERIFY(!window.colorDialog()->testAttribute(Qt::WA_DontShowOnScreen));
 }
 
 // --- Slider linking ---------------------------------------------------------------
@@ -933,6 +1024,81 @@ void tst_ColorLab::unreadableFileOpensNoDialogAndSaysSo()
     for (const QLabel* label : page.findChildren<QLabel*>())
         said = said || label->text().contains(QDir::toNativeSeparators(file));
     QVERIFY(said);
+// --- Dialog page -------------------------------------------------------------------
+
+void tst_ColorLab::dialogPageOpensTheDialogWithoutBlockingTheWindow()
+{
+    DialogPage page;
+    QVERIFY(shown(page));
+    QVERIFY(!page.dialog()->isVisible());
+
+    QTest::mouseClick(page.openButton(), Qt::LeftButton);
+
+    QVERIFY(page.dialog()->isVisible());
+    QVERIFY(!page.dialog()->isModal());
+    QCOMPARE(QApplication::activeModalWidget(), nullptr);
+    QVERIFY(page.dialog()->isWindow());
+    page.dialog()->close();
+}
+
+void tst_ColorLab::dialogPageShowsEachColourTheDialogSends()
+{
+    QZEColor::s_useGamma = true;
+    DialogPage page;
+
+    page.dialog()->setColor(DustyRed); // sent back linear while the switch is on
+
+    QCOMPARE(page.receivedColor().h, DustyRed.h);
+    QCOMPARE(page.receivedColor().s, DustyRed.s);
+    QCOMPARE(page.receivedColor().v, DustyRed.v);
+    QCOMPARE(swatchColors(page), (QVector<QColor>{DustyRedScreenBytes, DustyRedLinearBytes}));
+    QCOMPARE(formValue(page, QStringLiteral("RGB as sent")), QStringLiteral("0.500, 0.250, 0.250"));
+    QCOMPARE(formValue(page, QStringLiteral("Linear RGB")), QStringLiteral("0.500, 0.250, 0.250"));
+    // 0.73536 and 0.53710, worked out beside DustyRed.
+    QCOMPARE(formValue(page, QStringLiteral("sRGB-encoded RGB")), QStringLiteral("0.735, 0.537, 0.537"));
+    QCOMPARE(formValue(page, QStringLiteral("Screen colour")), QStringLiteral("#bb8888"));
+    QVERIFY(formValue(page, QStringLiteral("Form sent")).startsWith(QStringLiteral("linear")));
+}
+
+void tst_ColorLab::dialogPageFollowsAnEditInTheDialog()
+{
+    QZEColor::s_useGamma = true;
+    DialogPage page;
+    page.dialog()->setColor(DustyRed);
+    auto* hue = page.dialog()->findChild<QDoubleSpinBox*>(QStringLiteral("_hueSpiner"));
+    QVERIFY(hue);
+
+    hue->setValue(120.0); // as if typed: the dialog's handler runs and emits
+
+    QCOMPARE(page.receivedColor().h, 120.0f);
+    QCOMPARE(page.receivedColor().s, DustyRed.s);
+    QCOMPARE(page.receivedColor().v, DustyRed.v);
+    // Linear (0.25, 0.5, 0.25): the red and green bytes of DustyRed swap.
+    QCOMPARE(swatchColors(page).value(0), QColor(136, 187, 136));
+}
+
+void tst_ColorLab::dialogPageKeepsTheScreenColourWhenTheSrgbSwitchFlips()
+{
+    QZEColor::s_useGamma = true;
+    DialogPage page;
+    page.dialog()->setColor(DustyRed);
+    auto* useGamma = page.dialog()->findChild<QCheckBox*>(QStringLiteral("_useGamma"));
+    QVERIFY(useGamma);
+    QVERIFY(useGamma->isChecked());
+
+    useGamma->click(); // the dialog now sends sRGB-encoded values
+
+    QCOMPARE(QZEColor::s_useGamma, false);
+    QVERIFY(formValue(page, QStringLiteral("Form sent")).startsWith(QStringLiteral("sRGB-encoded")));
+    QCOMPARE(formValue(page, QStringLiteral("RGB as sent")), QStringLiteral("0.735, 0.537, 0.537"));
+    QCOMPARE(formValue(page, QStringLiteral("Linear RGB")), QStringLiteral("0.500, 0.250, 0.250"));
+    // On screen nothing changes; the unconverted values now are the screen bytes.
+    QCOMPARE(swatchColors(page), (QVector<QColor>{DustyRedScreenBytes, DustyRedScreenBytes}));
+
+    useGamma->click();
+
+    QCOMPARE(QZEColor::s_useGamma, true);
+    QCOMPARE(swatchColors(page), (QVector<QColor>{DustyRedScreenBytes, DustyRedLinearBytes}));
 }
 
 QTEST_MAIN(tst_ColorLab)

@@ -1,5 +1,7 @@
 #include "ColourArithmetic.h"
+#include "ColourChecks.h"
 #include "QZEColorButton.h"
+#include "QZEColorDialog.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
 
@@ -9,11 +11,13 @@
 #include <QDragLeaveEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTabWidget>
 #include <QTimer>
 #include <QtTest>
 
@@ -40,26 +44,6 @@ float clamp01(float c)
 {
     return std::min(std::max(c, 0.0f), 1.0f);
 }
-
-void compareColours(const QZEColor& actual, const QZEColor& expected, double tolerance)
-{
-    QZE_COMPARE_NEAR(actual.h, expected.h, tolerance * 360.0);
-    QZE_COMPARE_NEAR(actual.s, expected.s, tolerance);
-    QZE_COMPARE_NEAR(actual.v, expected.v, tolerance);
-}
-
-// Sets QZEColor::s_useGamma for one scope.
-class GammaSetting
-{
-public:
-    explicit GammaSetting(bool on) : _previous(QZEColor::s_useGamma) { QZEColor::s_useGamma = on; }
-    ~GammaSetting() { QZEColor::s_useGamma = _previous; }
-    GammaSetting(const GammaSetting&) = delete;
-    GammaSetting& operator=(const GammaSetting&) = delete;
-
-private:
-    bool _previous;
-};
 
 // --- Signals ----------------------------------------------------------------
 
@@ -378,6 +362,23 @@ private slots:
     // Dialog relays that need no dialog
     void colorChangedRelaysTemporaryColourOnly();
     void rejectedEmitsUnchangedColourThenSkipped();
+    void acceptedWithoutDialogDoesNothing();
+
+    // The shared dialog
+    void clickWithoutShowColorDialogOnlyEmitsColorButtonClicked();
+    void dialogParentIsNearestModuleElseTopMost_data();
+    void dialogParentIsNearestModuleElseTopMost();
+    void dialogGetsColourThroughRgbRoundTrip_data();
+    void dialogGetsColourThroughRgbRoundTrip();
+    void dialogIsCreatedOnceShownAndStaysOnTop();
+    void clickReaimsOpenDialogAtButtonsColour();
+    void clickHandsTheButtonsSpectrumToTheDialog_data();
+    void clickHandsTheButtonsSpectrumToTheDialog();
+    void twoButtonsRouteLaterChangesOnlyToSecond();
+    void reaimingDisconnectsEveryListenerOfTheDialog();
+    void acceptHidesDialogTakesItsColourThenAccepted();
+    void cancelAfterSeveralLiveChangesEmitsColourFromBefore();
+    void deletingParentWindowThenClickingCreatesFreshDialog();
 
 private:
     bool _useGamma = true;
@@ -396,6 +397,7 @@ void tst_QZEColorButton::init()
 
 void tst_QZEColorButton::cleanup()
 {
+    delete QZEColorButton::s_colorChooser;
     QZEColor::s_useGamma = _useGamma;
     zePlatform::setDpiScale(0.0f, 0.0f);
 }
@@ -1033,6 +1035,294 @@ void tst_QZEColorButton::rejectedEmitsUnchangedColourThenSkipped()
     QCOMPARE(log.names, (QStringList{"finalColorChosen", "userSkipped"}));
     QCOMPARE(log.colours, QList<QZEColor>{before});
     QCOMPARE(button.getColor(), before);
+}
+
+void tst_QZEColorButton::acceptedWithoutDialogDoesNothing()
+{
+    QZEColorButton button;
+    const QZEColor before = button.getColor();
+    SignalLog log(button);
+    button.accepted();
+    QCOMPARE(log.names, QStringList());
+    QCOMPARE(button.getColor(), before);
+}
+
+// --- The shared dialog ----------------------------------------------------------
+
+namespace {
+
+QZEColorDialog* sharedDialog()
+{
+    return QZEColorButton::s_colorChooser;
+}
+
+// A live change in the open dialog, as its controls make one.
+void changeInDialog(const QZEColor& colour)
+{
+    sharedDialog()->setColor(colour);
+}
+
+} // namespace
+
+void tst_QZEColorButton::clickWithoutShowColorDialogOnlyEmitsColorButtonClicked()
+{
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    button->setShowColorDialog(false);
+    SignalLog log(*button);
+    button->click();
+    QCOMPARE(log.names, QStringList{"colorButtonClicked"});
+    QVERIFY(!sharedDialog());
+}
+
+void tst_QZEColorButton::dialogParentIsNearestModuleElseTopMost_data()
+{
+    // Names from the top-most widget down to the button's parent; the index
+    // of the one that should hold the dialog (-1: the button itself).
+    QTest::addColumn<QStringList>("chain");
+    QTest::addColumn<int>("parentIndex");
+    QTest::newRow("module two levels up") << QStringList{"window", "Module", "panel"} << 1;
+    QTest::newRow("nearest of two modules") << QStringList{"Module", "panel", "Module", "box"} << 2;
+    QTest::newRow("module as direct parent") << QStringList{"window", "Module"} << 1;
+    QTest::newRow("names are case-sensitive") << QStringList{"window", "module", "MODULE"} << 0;
+    QTest::newRow("no module: top-most") << QStringList{"window", "panel", "box"} << 0;
+    QTest::newRow("no parent at all") << QStringList{} << -1;
+}
+
+void tst_QZEColorButton::dialogParentIsNearestModuleElseTopMost()
+{
+    QFETCH(QStringList, chain);
+    QFETCH(int, parentIndex);
+    std::unique_ptr<QWidget> top;
+    QList<QWidget*> widgets;
+    for (const QString& name : chain) {
+        auto* widget = new QWidget(widgets.isEmpty() ? nullptr : widgets.last());
+        if (!top)
+            top.reset(widget);
+        widget->setObjectName(name);
+        widgets << widget;
+    }
+    std::unique_ptr<QZEColorButton> orphan;
+    QZEColorButton* button = nullptr;
+    if (widgets.isEmpty()) {
+        orphan = std::make_unique<QZEColorButton>();
+        button = orphan.get();
+    } else {
+        button = new QZEColorButton(widgets.last());
+    }
+
+    button->click();
+
+    QVERIFY(sharedDialog());
+    QCOMPARE(sharedDialog()->parentWidget(),
+             parentIndex < 0 ? static_cast<QWidget*>(button) : widgets.at(parentIndex));
+}
+
+void tst_QZEColorButton::dialogGetsColourThroughRgbRoundTrip_data()
+{
+    QTest::addColumn<QZEColor>("colour");
+    QTest::addColumn<QZEColor>("opened");
+    QTest::newRow("grey with a hue") << QZEColor(123.0f, 0.0f, 0.5f) << QZEColor(0.0f, 0.0f, 0.5f);
+    QTest::newRow("black with a saturation")
+        << QZEColor(200.0f, 0.7f, 0.0f) << QZEColor(0.0f, 0.0f, 0.0f);
+    // Linear (0.75, 0.4375, 0.375) and back.
+    QTest::newRow("colour") << QZEColor(10.0f, 0.5f, 0.75f) << QZEColor(10.0f, 0.5f, 0.75f);
+}
+
+void tst_QZEColorButton::dialogGetsColourThroughRgbRoundTrip()
+{
+    QFETCH(QZEColor, colour);
+    QFETCH(QZEColor, opened);
+    GammaSetting gamma(true); // the dialog's colours are then linear inside and out
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    button->setColor(colour);
+
+    button->click();
+
+    QZE_CHECK(compareColours(sharedDialog()->getColor(), opened, 1e-6));
+    QCOMPARE(button->getColor(), colour);
+}
+
+void tst_QZEColorButton::dialogIsCreatedOnceShownAndStaysOnTop()
+{
+    QWidget window;
+    auto* first = new QZEColorButton(&window);
+    auto* second = new QZEColorButton(&window);
+
+    first->click();
+    QPointer<QZEColorDialog> dialog = sharedDialog();
+    QVERIFY(dialog);
+    QVERIFY(dialog->isVisible());
+    QVERIFY(dialog->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    dialog->hide();
+    second->click();
+
+    QCOMPARE(sharedDialog(), dialog.data());
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(window.findChildren<QZEColorDialog*>().size(), 1);
+}
+
+void tst_QZEColorButton::clickReaimsOpenDialogAtButtonsColour()
+{
+    GammaSetting gamma(true);
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    const QZEColor colour(10.0f, 0.5f, 0.75f);
+    button->setColor(colour);
+    button->click();
+    changeInDialog(QZEColor(100.0f, 0.25f, 0.5f));
+    SignalLog log(*button);
+
+    button->click(); // the dialog is still open
+
+    // The dialog starts over from the button's colour, which is a live change.
+    QCOMPARE(log.names, (QStringList{"colorButtonClicked", "temporaryColorChosen"}));
+    QZE_CHECK(compareColours(log.colours.at(0), colour, 1e-6));
+    QZE_CHECK(compareColours(sharedDialog()->getColor(), colour, 1e-6));
+}
+
+void tst_QZEColorButton::clickHandsTheButtonsSpectrumToTheDialog_data()
+{
+    QTest::addColumn<bool>("hasSpectrum");
+    QTest::addColumn<bool>("spectrumOnly");
+    QTest::newRow("no spectrum") << false << false;
+    QTest::newRow("spectrum") << true << false;
+    QTest::newRow("spectrum only") << true << true;
+}
+
+// The dialog opens its spectrum tab for a spectrum it is given; a colour that
+// comes from the spectrum alone leaves no switch to turn the spectrum off.
+void tst_QZEColorButton::clickHandsTheButtonsSpectrumToTheDialog()
+{
+    QFETCH(bool, hasSpectrum);
+    QFETCH(bool, spectrumOnly);
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    if (hasSpectrum)
+        button->setSpectrum(spectrumWithBands(40, false), 2.0f, spectrumOnly);
+
+    button->click();
+
+    auto* tabs = sharedDialog()->findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    auto* input = sharedDialog()->findChild<QGroupBox*>(QStringLiteral("_spectrum_input_group"));
+    QVERIFY(tabs && input);
+    QCOMPARE(tabs->isTabEnabled(1), hasSpectrum);
+    if (hasSpectrum)
+        QCOMPARE(input->isCheckable(), !spectrumOnly);
+}
+
+void tst_QZEColorButton::twoButtonsRouteLaterChangesOnlyToSecond()
+{
+    GammaSetting gamma(true);
+    QWidget window;
+    auto* first = new QZEColorButton(&window);
+    auto* second = new QZEColorButton(&window);
+    first->setColor(QZEColor(10.0f, 0.5f, 0.75f));
+    second->setColor(QZEColor(240.0f, 0.25f, 0.5f));
+    SignalLog firstLog(*first);
+    SignalLog secondLog(*second);
+
+    first->click();
+    second->click();
+    const QZEColor live(60.0f, 1.0f, 1.0f);
+    changeInDialog(live);
+    sharedDialog()->accept();
+
+    QCOMPARE(firstLog.names, QStringList{"colorButtonClicked"});
+    QCOMPARE(secondLog.names,
+             (QStringList{"colorButtonClicked", "temporaryColorChosen", "temporaryColorChosen",
+                          "finalColorChosen", "userAccepted"}));
+    QCOMPARE(secondLog.colours.at(1), live);
+    QCOMPARE(second->getColor(), live);
+    QCOMPARE(first->getColor(), QZEColor(10.0f, 0.5f, 0.75f));
+}
+
+void tst_QZEColorButton::reaimingDisconnectsEveryListenerOfTheDialog()
+{
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    button->click();
+    QSignalSpy hostChanges(sharedDialog(), SIGNAL(colorChanged(QZEColor)));
+    QSignalSpy hostAccepts(sharedDialog(), SIGNAL(accepted()));
+    QSignalSpy hostRejects(sharedDialog(), SIGNAL(rejected()));
+    QSignalSpy finished(sharedDialog(), SIGNAL(finished(int)));
+
+    button->click();
+    changeInDialog(QZEColor(60.0f, 1.0f, 1.0f));
+    sharedDialog()->accept();
+
+    QCOMPARE(hostChanges.count(), 0);
+    QCOMPARE(hostAccepts.count(), 0);
+    QCOMPARE(hostRejects.count(), 0);
+    QCOMPARE(finished.count(), 1); // the dialog's other signals keep their listeners
+}
+
+void tst_QZEColorButton::acceptHidesDialogTakesItsColourThenAccepted()
+{
+    GammaSetting gamma(true);
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    button->click();
+    const QZEColor live(300.0f, 0.25f, 0.5f);
+    changeInDialog(live);
+    SignalLog log(*button);
+
+    sharedDialog()->accept();
+
+    QCOMPARE(log.names, (QStringList{"finalColorChosen", "userAccepted"}));
+    QCOMPARE(log.colours, QList<QZEColor>{live});
+    QCOMPARE(button->getColor(), live);
+    QVERIFY(!sharedDialog()->isVisible());
+}
+
+void tst_QZEColorButton::cancelAfterSeveralLiveChangesEmitsColourFromBefore()
+{
+    GammaSetting gamma(true);
+    QWidget window;
+    auto* button = new QZEColorButton(&window);
+    const QZEColor before(10.0f, 0.5f, 0.75f);
+    button->setColor(before);
+    SignalLog log(*button);
+
+    button->click();
+    const QList<QZEColor> changes = {{60.0f, 1.0f, 1.0f}, {120.0f, 0.5f, 0.5f}, {180.0f, 0.25f, 0.25f}};
+    for (const QZEColor& change : changes)
+        changeInDialog(change);
+    sharedDialog()->reject();
+
+    // The dialog's cancel first re-sends the colour it was opened with.
+    QCOMPARE(log.names, (QStringList{"colorButtonClicked", "temporaryColorChosen",
+                                     "temporaryColorChosen", "temporaryColorChosen",
+                                     "temporaryColorChosen", "finalColorChosen", "userSkipped"}));
+    QCOMPARE(log.colours.mid(0, 3), changes);
+    QZE_CHECK(compareColours(log.colours.at(3), before, 1e-6));
+    QCOMPARE(log.colours.at(4), before);
+    QCOMPARE(button->getColor(), before);
+    QVERIFY(!sharedDialog()->isVisible());
+}
+
+void tst_QZEColorButton::deletingParentWindowThenClickingCreatesFreshDialog()
+{
+    auto window = std::make_unique<QWidget>();
+    auto* button = new QZEColorButton(window.get());
+    button->click();
+    QPointer<QZEColorDialog> first = sharedDialog();
+    QVERIFY(first);
+
+    window.reset();
+    QVERIFY(!first);
+    QVERIFY(!sharedDialog());
+
+    QWidget other;
+    auto* again = new QZEColorButton(&other);
+    SignalLog log(*again);
+    again->click();
+    QVERIFY(sharedDialog());
+    QCOMPARE(sharedDialog()->parentWidget(), &other);
+    QVERIFY(sharedDialog()->isVisible());
+    changeInDialog(QZEColor(60.0f, 1.0f, 1.0f));
+    QCOMPARE(log.names, (QStringList{"colorButtonClicked", "temporaryColorChosen"}));
 }
 
 QTEST_MAIN(tst_QZEColorButton)

@@ -122,6 +122,41 @@ QColor expectedPixel(Mode mode, double fixed, double x, double y)
     return QColor(byteOf(rgb[0]), byteOf(rgb[1]), byteOf(rgb[2]));
 }
 
+// The pixel of a plane straight from its definition, in single precision as
+// the field works: one colour per pixel, its channels truncated to bytes,
+// sRGB-encoded first in the L*a*b* modes. The plane must match it bit for bit.
+QRgb definedPixel(Mode mode, float fixed, float x, float y)
+{
+    const float hue = x * 359.99f;
+    const float ax = (x - 0.5f) * QZEColor::s_LabRange;
+    const float ay = (y - 0.5f) * QZEColor::s_LabRange;
+    QZEColor c;
+    switch (mode) {
+    case QZEColorField::Hue: c = QZEColor(fixed, x, y); break;
+    case QZEColorField::Saturation: c = QZEColor(hue, fixed, y); break;
+    case QZEColorField::Value: c = QZEColor(hue, y, fixed); break;
+    case QZEColorField::Red: c.setRGB(fixed, x, y); break;
+    case QZEColorField::Green: c.setRGB(x, fixed, y); break;
+    case QZEColorField::Blue: c.setRGB(x, y, fixed); break;
+    case QZEColorField::Lstar: c.LABtoHSV(fixed, ax, ay, c.h, c.s, c.v); break;
+    case QZEColorField::Astar: c.LABtoHSV(x * 100.0f, fixed, ay, c.h, c.s, c.v); break;
+    case QZEColorField::Bstar: c.LABtoHSV(x * 100.0f, ay, fixed, c.h, c.s, c.v); break;
+    }
+    float rgb[3];
+    c.getRGB(rgb[0], rgb[1], rgb[2]);
+    if (QZEColorField::isLabMode(mode)) {
+        for (float& channel : rgb)
+            channel = QZEColor::encodeSRGB(channel);
+    }
+    return qRgb(QZEColor::toByte(rgb[0]), QZEColor::toByte(rgb[1]), QZEColor::toByte(rgb[2]));
+}
+
+// Pixel i of n as a position, the first pixel 0 and the last 1.
+float positionOf(int i, int n)
+{
+    return n > 1 ? float(i) / float(n - 1) : 0.0f;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Setting)
@@ -146,6 +181,8 @@ private slots:
 
     void planePixelsMatchIndependentlyComputedColours_data();
     void planePixelsMatchIndependentlyComputedColours();
+    void planeIsPixelIdenticalToItsPerPixelDefinition_data();
+    void planeIsPixelIdenticalToItsPerPixelDefinition();
     void hueModeShowsDisplayValuesAsTheyStand_data();
     void hueModeShowsDisplayValuesAsTheyStand();
     void lstarModeShowsMiddleGreySrgbEncoded();
@@ -158,6 +195,8 @@ private slots:
     void modeChangeConvertsBetweenDisplayAndLinearForms();
 
     void planeIsRecomputedOnlyForANewFixedComponentModeOrSize();
+    void pickedColourWrittenBackThroughSetRGBKeepsPlaneAndColour_data();
+    void pickedColourWrittenBackThroughSetRGBKeepsPlaneAndColour();
 
     void arrowKeysMoveTheMarkerByOnePixel_data();
     void arrowKeysMoveTheMarkerByOnePixel();
@@ -377,6 +416,54 @@ void tst_QZEColorField::planePixelsMatchIndependentlyComputedColours()
     QVERIFY2(worst <= 1, qPrintable(QStringLiteral("a channel is %1 off").arg(worst)));
 }
 
+void tst_QZEColorField::planeIsPixelIdenticalToItsPerPixelDefinition_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<float>("fixed");
+    QTest::addColumn<QSize>("size");
+    // Fixed components at both ends of their ranges and in between; 0.37 *
+    // 359.99 and the like fall off the pixel grid on purpose.
+    const QVector<float> fixedByMode[] = {
+        {0.0f, 133.1963f, 359.99f}, {0.0f, 0.37f, 1.0f},      {0.0f, 0.61f, 1.0f},
+        {0.0f, 0.29f, 1.0f},        {0.0f, 0.53f, 1.0f},      {0.0f, 0.77f, 1.0f},
+        {0.0f, 47.3f, 100.0f},      {-128.0f, 21.7f, 128.0f}, {-128.0f, -33.9f, 128.0f},
+    };
+    const QSize sizes[] = {QSize(257, 257), QSize(410, 505), QSize(1, 1), QSize(7, 3)};
+    const QMetaEnum modes = QMetaEnum::fromType<Mode>();
+    for (int mode = 0; mode < 9; ++mode) {
+        for (const float fixed : fixedByMode[mode]) {
+            for (const QSize& size : sizes) {
+                QTest::addRow("%s %g %dx%d", modes.valueToKey(mode), double(fixed), size.width(),
+                              size.height())
+                    << mode << fixed << size;
+            }
+        }
+    }
+}
+
+void tst_QZEColorField::planeIsPixelIdenticalToItsPerPixelDefinition()
+{
+    QFETCH(int, mode);
+    QFETCH(float, fixed);
+    QFETCH(QSize, size);
+    QImage plane(size, QImage::Format_RGB32);
+    plane.fill(Qt::magenta);
+    QZEColorField::computePlane(Mode(mode), fixed, plane);
+
+    const int w = size.width();
+    const int h = size.height();
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x < w; ++x) {
+            const QRgb expected = definedPixel(Mode(mode), fixed, positionOf(x, w), positionOf(h - 1 - y, h));
+            const QRgb actual = plane.pixel(x, y);
+            if (actual != expected) {
+                QFAIL(qPrintable(QStringLiteral("pixel (%1, %2) is %3, not %4")
+                                     .arg(x).arg(y).arg(actual, 8, 16).arg(expected, 8, 16)));
+            }
+        }
+    }
+}
+
 void tst_QZEColorField::hueModeShowsDisplayValuesAsTheyStand_data()
 {
     QTest::addColumn<QPoint>("pixel");
@@ -540,6 +627,50 @@ void tst_QZEColorField::planeIsRecomputedOnlyForANewFixedComponentModeOrSize()
     QCOMPARE(computationsAfterPaint(), 4);
     field->setRGB(0.9f, 0.45f, 0.45f); // saturation 0.5 instead of 0.75
     QCOMPARE(computationsAfterPaint(), 5);
+}
+
+void tst_QZEColorField::pickedColourWrittenBackThroughSetRGBKeepsPlaneAndColour_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::newRow("Hue") << int(QZEColorField::Hue);
+    QTest::newRow("Saturation") << int(QZEColorField::Saturation);
+    QTest::newRow("Red") << int(QZEColorField::Red);
+}
+
+// A host that shows the picked colour writes it back, as its channels, with
+// the field's signals blocked. The colour derived from those channels again
+// differs in the last bits from the one picked, which must not move the
+// fixed component and recompute the plane on every step of a drag.
+void tst_QZEColorField::pickedColourWrittenBackThroughSetRGBKeepsPlaneAndColour()
+{
+    QFETCH(int, mode);
+    QZEColorField* field = makeField(Mode(mode));
+    field->setRGB(0.2f, 0.55f, 0.9f);
+    field->setHue(201.37f); // no hue the rounding could leave alone
+    field->grab();
+    const float fixed = field->getFixedValue();
+    bool derivedColourDiffered = false;
+    QZEColor emitted;
+    connect(field, &QZEColorField::colorChanged, this, [&](const QZEColor& color) {
+        emitted = color;
+        float r, g, b;
+        color.getRGB(r, g, b);
+        derivedColourDiffered |= QZEColor::fromRGB(r, g, b) != color;
+        const QSignalBlocker blocker(field);
+        field->setRGB(r, g, b);
+    });
+
+    sendMouse(*field, QEvent::MouseButtonPress, QPoint(3, 250), Qt::LeftButton, Qt::LeftButton);
+    for (int step = 1; step <= 40; ++step) {
+        sendMouse(*field, QEvent::MouseMove, QPoint(3 + 6 * step, 250 - 6 * step), Qt::NoButton,
+                  Qt::LeftButton);
+        QCOMPARE(field->getColor(), emitted);
+        field->grab();
+    }
+    QVERIFY2(derivedColourDiffered, "no written-back colour tested the rounding");
+    QCOMPARE(field->getFixedValue(), fixed);
+    QCOMPARE(field->getPlaneComputations(), 1);
+    QCOMPARE(field->getMarkerPosition(), QPointF(243.0, 10.0));
 }
 
 void tst_QZEColorField::arrowKeysMoveTheMarkerByOnePixel_data()

@@ -2,6 +2,7 @@
 
 #include "PageParts.h"
 #include "QZEColorButton.h"
+#include "QZEColorManipulator.h"
 #include "QZEColorSlider.h"
 #include "zePlatform.h"
 
@@ -11,6 +12,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -92,7 +94,10 @@ ControlsPage::ControlsPage(QWidget* parent) : QWidget(parent), _color(InitialCol
 {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(createFieldBox());
-    layout->addWidget(createValues(), 1);
+    auto* column = new QVBoxLayout;
+    column->addWidget(createValues(), 1);
+    column->addWidget(createMaterial());
+    layout->addLayout(column, 1);
     showColor(true);
 }
 
@@ -282,4 +287,68 @@ QWidget* ControlsPage::createSwatches()
         _swatches.append(swatch);
     }
     return box;
+}
+
+// --- Material colours --------------------------------------------------------
+
+QWidget* ControlsPage::createMaterial()
+{
+    auto* box = new QGroupBox(tr("Material"));
+    auto* grid = new QGridLayout(box);
+    grid->setColumnStretch(1, 1);
+    addMaterialRow(grid, QT_TR_NOOP("Diffuse"), QZEColor(20.0f, 0.8f, 0.6f));
+    addMaterialRow(grid, QT_TR_NOOP("Specular"), QZEColor(0.0f, 0.0f, 0.9f));
+    addMaterialRow(grid, QT_TR_NOOP("Emission"), QZEColor(200.0f, 0.7f, 0.15f));
+    return box;
+}
+
+// One grid row per colour: its name, the manipulator, the colour it last
+// reported and the name of the last signal.
+void ControlsPage::addMaterialRow(QGridLayout* grid, const char* name, const QZEColor& color)
+{
+    const int row = _manipulators.size();
+    auto* manipulator = new QZEColorManipulator(nullptr, name);
+    manipulator->setColor(color);
+    QFrame* swatch = PageParts::swatchFrame(
+        QSize(zePlatform::getMediumIconSizeX(), zePlatform::getSmallIconSizeY()));
+    PageParts::showOnSwatch(swatch, color.getGammaQColor());
+    QLabel* lastSignal = PageParts::numberLabel();
+    lastSignal->setText(tr("(no signal yet)"));
+    grid->addWidget(new QLabel(tr(name)), row, 0);
+    grid->addWidget(manipulator, row, 1);
+    grid->addWidget(swatch, row, 2);
+    grid->addWidget(lastSignal, row, 3);
+
+    // Every signal the manipulator declares shows its name; the two that
+    // carry the colour a host would preview also show that colour.
+    const QMetaObject& meta = QZEColorManipulator::staticMetaObject;
+    const QMetaMethod showSignal =
+        metaObject()->method(metaObject()->indexOfSlot("showManipulatorSignal()"));
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        if (meta.method(i).methodType() == QMetaMethod::Signal)
+            connect(manipulator, meta.method(i), this, showSignal);
+    connect(manipulator, SIGNAL(colorChanged(const QZEColor&)), this,
+            SLOT(showManipulatorColor(const QZEColor&)));
+    connect(manipulator, SIGNAL(dialogColorChanged(const QZEColor&)), this,
+            SLOT(showManipulatorColor(const QZEColor&)));
+
+    _manipulators.append(manipulator);
+    _materialSwatches.append(swatch);
+    _materialSignals.append(lastSignal);
+}
+
+int ControlsPage::materialRowOf(QObject* manipulator) const
+{
+    return _manipulators.indexOf(static_cast<QZEColorManipulator*>(manipulator));
+}
+
+void ControlsPage::showManipulatorSignal()
+{
+    const QMetaMethod signal = sender()->metaObject()->method(senderSignalIndex());
+    _materialSignals.at(materialRowOf(sender()))->setText(QString::fromLatin1(signal.name()));
+}
+
+void ControlsPage::showManipulatorColor(const QZEColor& color)
+{
+    PageParts::showOnSwatch(_materialSwatches.at(materialRowOf(sender())), color.getGammaQColor());
 }

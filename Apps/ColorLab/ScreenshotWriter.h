@@ -6,12 +6,16 @@
 #include <QStringList>
 
 class ColorLabWindow;
+class QDir;
+class QImage;
 class QWidget;
 
 // Renders every page of a ColorLab window, without showing it on screen, into
-// <directory>/<page name>.png at a fixed window size, then the image
-// information dialog of the Images page's sample photo into
-// <directory>/image-information.png at the dialog's own size.
+// <directory>/<page name>.png at a fixed window size; then the window's colour
+// dialog at its own size, at device pixel ratio 1 into colordialog.png and at
+// ratio 2 (twice as many pixels each way, as on a high-DPI screen) into
+// colordialog@2x.png; last the image information dialog of the Images page's
+// sample photo into image-information.png at the dialog's own size.
 class ScreenshotWriter
 {
     Q_DECLARE_TR_FUNCTIONS(ScreenshotWriter)
@@ -21,14 +25,17 @@ public:
 
     explicit ScreenshotWriter(const QString& directory);
 
-    // Creates the directory when needed; stops at the first failure.
+    // Creates the directory when needed; each file is replaced whole or not at
+    // all. Stops at the first failure.
     bool write(ColorLabWindow& window);
     QStringList files() const { return _files; }
     QString errorString() const { return _error; }
 
 private:
-    bool save(QWidget& widget, const QString& name);
-    bool writeImageInformation(ColorLabWindow& window);
+    bool writePages(ColorLabWindow& window, const QDir& dir);
+    bool writeDialog(QWidget& dialog, const QDir& dir);
+    bool writeImageInformation(ColorLabWindow& window, const QDir& dir);
+    bool save(const QImage& image, const QString& file);
 
     QString _directory;
     QStringList _files;

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <vector>
 
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #include <immintrin.h>
@@ -220,36 +221,231 @@ const EncodedBytes& encodedBytes()
     return table;
 }
 
-// What a pixel of the plane shows: display colours as they stand, linear ones
-// sRGB-encoded.
-QRgb screenPixel(const QZEColor& color, bool linear)
+// GCC turns the rows of the hue and saturation planes into vector code only
+// at -O3 and when it may assume that float comparisons do not trap (no result
+// changes); the pixel functions they call must then be inlined regardless.
+#if defined(__GNUC__) && !defined(__clang__)
+#define QZE_VECTORISED_LOOP __attribute__((optimize("O3", "no-trapping-math")))
+#define QZE_ALWAYS_INLINE inline __attribute__((always_inline))
+#else
+#define QZE_VECTORISED_LOOP
+#define QZE_ALWAYS_INLINE inline
+#endif
+
+// Channel to byte exactly as QZEColor::toByte, written without branches so
+// that a row of them compiles to vector code.
+QZE_ALWAYS_INLINE int displayByte(float c)
 {
-    float r, g, b;
-    color.getRGB(r, g, b);
-    if (!linear)
-        return qRgb(QZEColor::toByte(r), QZEColor::toByte(g), QZEColor::toByte(b));
+    const float low = c > 0.0f ? c : 0.0f; // NaN gives 0
+    return int((low < 1.0f ? low : 1.0f) * 255.0f);
+}
+
+QZE_ALWAYS_INLINE QRgb displayPixel(float r, float g, float b)
+{
+    return qRgb(displayByte(r), displayByte(g), displayByte(b));
+}
+
+// A linear colour as its HSV form shows it sRGB-encoded: the channels go
+// through HSV and back, as every colour of the library does.
+inline QRgb encodedPixel(float r, float g, float b)
+{
+    QZEColor::fromRGB(r, g, b).getRGB(r, g, b);
     const EncodedBytes& bytes = encodedBytes();
     return qRgb(bytes.byteOf(r), bytes.byteOf(g), bytes.byteOf(b));
 }
 
-// The plane of the mode whose family is F and whose fixed component sits in
-// slot Fixed. The slots are compile-time constants so that the components
-// stay in registers.
+// The components along one axis of n pixels, in the unit of component; with
+// upwards, index 0 is the far end (the top row of the plane).
+std::vector<float> axisComponents(int component, int n, bool upwards)
+{
+    std::vector<float> values(size_t(std::max(n, 0)));
+    for (int i = 0; i < n; ++i)
+        values[size_t(i)] = toComponent(component, pixelPosition(upwards ? n - 1 - i : i, n));
+    return values;
+}
+
+QRgb* planeLine(QImage& plane, int y)
+{
+    return reinterpret_cast<QRgb*>(plane.scanLine(y));
+}
+
+// The plane of the value mode or an RGB mode, whose family is F and whose
+// fixed component sits in slot Fixed, one colour per pixel. The slots are compile-time constants so
+// that the components stay in registers.
 template <Family F, int Fixed>
 void fillPlane(QImage& plane, float fixed)
 {
     constexpr int X = xSlotBeside(Fixed);
     constexpr int Y = ySlotBeside(Fixed);
-    const int w = plane.width();
-    const int h = plane.height();
+    const std::vector<float> columns = axisComponents(F * 3 + X, plane.width(), false);
+    const std::vector<float> rows = axisComponents(F * 3 + Y, plane.height(), true);
     float values[3];
     values[Fixed] = fixed;
-    for (int y = 0; y < h; ++y) {
-        values[Y] = toComponent(F * 3 + Y, pixelPosition(h - 1 - y, h));
-        QRgb* line = reinterpret_cast<QRgb*>(plane.scanLine(y));
+    for (int y = 0; y < plane.height(); ++y) {
+        values[Y] = rows[size_t(y)];
+        QRgb* line = planeLine(plane, y);
+        for (int x = 0; x < plane.width(); ++x) {
+            values[X] = columns[size_t(x)];
+            float r, g, b;
+            colorFromFamily<F>(values[0], values[1], values[2]).getRGB(r, g, b);
+            line[x] = displayPixel(r, g, b);
+        }
+    }
+}
+
+// Channels of a row, one array per channel.
+struct ChannelRows
+{
+    explicit ChannelRows(int n) : r(size_t(n)), g(size_t(n)), b(size_t(n)) {}
+    std::vector<float> r, g, b;
+};
+
+QZE_VECTORISED_LOOP void fillScaledRow(QRgb* line, const ChannelRows& unit, float value, int w)
+{
+    const float* r = unit.r.data();
+    const float* g = unit.g.data();
+    const float* b = unit.b.data();
+    for (int x = 0; x < w; ++x)
+        line[x] = displayPixel(r[x] * value, g[x] * value, b[x] * value);
+}
+
+// The hue and saturation planes, whose value runs along y. Every channel
+// hsvToRgb gives ends in a product with the value (or is the value), so it is
+// exactly the channel at value 1 times the value: one hsvToRgb per column
+// serves every row, and a row is three products and bytes per pixel.
+template <int Fixed>
+void fillPlaneScaledByValue(QImage& plane, float fixed)
+{
+    static_assert(Fixed != 2, "the value must run along y");
+    const int w = plane.width();
+    const std::vector<float> columns = axisComponents(xSlotBeside(Fixed), w, false);
+    const std::vector<float> rows = axisComponents(ySlotBeside(Fixed), plane.height(), true);
+    ChannelRows unit(w);
+    for (int x = 0; x < w; ++x) {
+        const float hue = Fixed == 0 ? fixed : columns[size_t(x)];
+        const float sat = Fixed == 0 ? columns[size_t(x)] : fixed;
+        QZEColor::hsvToRgb(hue, sat, 1.0f, unit.r[size_t(x)], unit.g[size_t(x)], unit.b[size_t(x)]);
+    }
+    for (int y = 0; y < plane.height(); ++y)
+        fillScaledRow(planeLine(plane, y), unit, rows[size_t(y)], w);
+}
+
+// labFInverse of QZEColor, which keeps it private; the planes must follow
+// LABtoHSV operation by operation to give the same pixels.
+inline float labFInverse(float t)
+{
+    return t > 0.20689656f ? t * t * t : (t - 0.13793103f) * 0.12841856f;
+}
+
+float labFy(float L)
+{
+    return (L + 16.0f) / 116.0f;
+}
+
+float labFx(float a, float fy)
+{
+    return a / 500.0f + fy;
+}
+
+float labFz(float b, float fy)
+{
+    return fy - b / 200.0f;
+}
+
+// Terms of the XYZ -> linear RGB matrix products, row c of the matrix, in the
+// order LABtoHSV sums them: (m0 X + m1 Y) + m2 Z.
+inline float xyTerm(int c, float X, float Y)
+{
+    using QZEColorMatrix::XYZtoRGB;
+    return XYZtoRGB[c][0] * X + XYZtoRGB[c][1] * Y;
+}
+
+inline float zTerm(int c, float Z)
+{
+    return QZEColorMatrix::XYZtoRGB[c][2] * Z;
+}
+
+// The L* plane: Y is the same everywhere, X depends on the column and Z on the
+// row, so a pixel is three sums of a column term and a row term.
+void fillLstarPlane(QImage& plane, float L)
+{
+    const int w = plane.width();
+    const std::vector<float> as = axisComponents(QZEColorField::Astar, w, false);
+    const std::vector<float> bs = axisComponents(QZEColorField::Bstar, plane.height(), true);
+    const float fy = labFy(L);
+    const float Y = QZEColor::s_reference_white_Y * labFInverse(fy);
+    ChannelRows xy(w);
+    for (int x = 0; x < w; ++x) {
+        const float X = QZEColor::s_reference_white_X * labFInverse(labFx(as[size_t(x)], fy));
+        xy.r[size_t(x)] = xyTerm(0, X, Y);
+        xy.g[size_t(x)] = xyTerm(1, X, Y);
+        xy.b[size_t(x)] = xyTerm(2, X, Y);
+    }
+    for (int y = 0; y < plane.height(); ++y) {
+        const float Z = QZEColor::s_reference_white_Z * labFInverse(labFz(bs[size_t(y)], fy));
+        const float zr = zTerm(0, Z), zg = zTerm(1, Z), zb = zTerm(2, Z);
+        QRgb* line = planeLine(plane, y);
+        for (int x = 0; x < w; ++x)
+            line[x] = encodedPixel(xy.r[size_t(x)] + zr, xy.g[size_t(x)] + zg, xy.b[size_t(x)] + zb);
+    }
+}
+
+// The a* plane: L* runs along x, so X and Y depend on the column alone and
+// only Z needs the row too.
+void fillAstarPlane(QImage& plane, float a)
+{
+    const int w = plane.width();
+    const std::vector<float> Ls = axisComponents(QZEColorField::Lstar, w, false);
+    const std::vector<float> bs = axisComponents(QZEColorField::Bstar, plane.height(), true);
+    std::vector<float> fys(size_t(w), 0.0f);
+    ChannelRows xy(w);
+    for (int x = 0; x < w; ++x) {
+        const float fy = labFy(Ls[size_t(x)]);
+        const float X = QZEColor::s_reference_white_X * labFInverse(labFx(a, fy));
+        const float Y = QZEColor::s_reference_white_Y * labFInverse(fy);
+        fys[size_t(x)] = fy;
+        xy.r[size_t(x)] = xyTerm(0, X, Y);
+        xy.g[size_t(x)] = xyTerm(1, X, Y);
+        xy.b[size_t(x)] = xyTerm(2, X, Y);
+    }
+    for (int y = 0; y < plane.height(); ++y) {
+        const float b = bs[size_t(y)];
+        QRgb* line = planeLine(plane, y);
         for (int x = 0; x < w; ++x) {
-            values[X] = toComponent(F * 3 + X, pixelPosition(x, w));
-            line[x] = screenPixel(colorFromFamily<F>(values[0], values[1], values[2]), F == LabFamily);
+            const float Z = QZEColor::s_reference_white_Z * labFInverse(labFz(b, fys[size_t(x)]));
+            line[x] = encodedPixel(xy.r[size_t(x)] + zTerm(0, Z), xy.g[size_t(x)] + zTerm(1, Z),
+                                   xy.b[size_t(x)] + zTerm(2, Z));
+        }
+    }
+}
+
+// The b* plane: L* runs along x, so Y and Z depend on the column alone and
+// only X needs the row too.
+void fillBstarPlane(QImage& plane, float b)
+{
+    const int w = plane.width();
+    const std::vector<float> Ls = axisComponents(QZEColorField::Lstar, w, false);
+    const std::vector<float> as = axisComponents(QZEColorField::Astar, plane.height(), true);
+    std::vector<float> fys(size_t(w), 0.0f);
+    std::vector<float> Ys(size_t(w), 0.0f);
+    ChannelRows z(w);
+    for (int x = 0; x < w; ++x) {
+        const float fy = labFy(Ls[size_t(x)]);
+        const float Z = QZEColor::s_reference_white_Z * labFInverse(labFz(b, fy));
+        fys[size_t(x)] = fy;
+        Ys[size_t(x)] = QZEColor::s_reference_white_Y * labFInverse(fy);
+        z.r[size_t(x)] = zTerm(0, Z);
+        z.g[size_t(x)] = zTerm(1, Z);
+        z.b[size_t(x)] = zTerm(2, Z);
+    }
+    for (int y = 0; y < plane.height(); ++y) {
+        const float a = as[size_t(y)];
+        QRgb* line = planeLine(plane, y);
+        for (int x = 0; x < w; ++x) {
+            const float X = QZEColor::s_reference_white_X * labFInverse(labFx(a, fys[size_t(x)]));
+            const float Y = Ys[size_t(x)];
+            line[x] = encodedPixel(xyTerm(0, X, Y) + z.r[size_t(x)], xyTerm(1, X, Y) + z.g[size_t(x)],
+                                   xyTerm(2, X, Y) + z.b[size_t(x)]);
         }
     }
 }
@@ -324,9 +520,9 @@ void QZEColorField::computePlane(Mode mode, float fixed, QImage& plane)
 {
     using Fill = void (*)(QImage&, float);
     static constexpr Fill fillByMode[] = {
-        fillPlane<HsvFamily, 0>, fillPlane<HsvFamily, 1>, fillPlane<HsvFamily, 2>,
-        fillPlane<RgbFamily, 0>, fillPlane<RgbFamily, 1>, fillPlane<RgbFamily, 2>,
-        fillPlane<LabFamily, 0>, fillPlane<LabFamily, 1>, fillPlane<LabFamily, 2>,
+        fillPlaneScaledByValue<0>, fillPlaneScaledByValue<1>, fillPlane<HsvFamily, 2>,
+        fillPlane<RgbFamily, 0>,   fillPlane<RgbFamily, 1>,   fillPlane<RgbFamily, 2>,
+        fillLstarPlane,            fillAstarPlane,            fillBstarPlane,
     };
     clearUpperVectorHalves();
     fillByMode[int(mode)](plane, fixed);
@@ -361,10 +557,22 @@ void QZEColorField::setLstarMode(bool on) { setModeIfOn(on, Lstar); }
 void QZEColorField::setAstarMode(bool on) { setModeIfOn(on, Astar); }
 void QZEColorField::setBstarMode(bool on) { setModeIfOn(on, Bstar); }
 
+// The colour the field gave, written back, comes as its channels; the hue
+// derived from them again would differ in the last bits and make the field
+// compute its plane anew for a plane that looks the same.
 void QZEColorField::setRGB(float r, float g, float b)
 {
+    if (holdsChannels(r, g, b))
+        return;
     const float rgb[3] = {r, g, b};
     holdColor(QZEColor::fromRGB(r, g, b), rgb, RgbFamily);
+}
+
+bool QZEColorField::holdsChannels(float r, float g, float b) const
+{
+    float held[3];
+    _color.getRGB(held[0], held[1], held[2]);
+    return held[0] == r && held[1] == g && held[2] == b;
 }
 
 void QZEColorField::setHue(float h)

@@ -73,7 +73,8 @@ public slots:
     void setAstarMode(bool on);
     void setBstarMode(bool on);
 
-    // Channels in the form of the current mode. A grey keeps the field's hue.
+    // Channels in the form of the current mode. A grey keeps the field's hue;
+    // the channels of the colour the field holds keep that colour as it is.
     void setRGB(float r, float g, float b);
     // Replaces the hue, keeping saturation and value.
     void setHue(float h);
@@ -90,6 +91,7 @@ protected:
 
 private:
     void setModeIfOn(bool on, Mode mode);
+    bool holdsChannels(float r, float g, float b) const;
     void holdColor(const QZEColor& color, const float* values, int family);
     void pickPixel(int x, int y);
     void setAxisPosition(int slot, float position);

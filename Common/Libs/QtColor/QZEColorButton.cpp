@@ -1,5 +1,6 @@
 #include "QZEColorButton.h"
 
+#include "QZEColorDialog.h"
 #include "zePlatform.h"
 
 #include <QApplication>
@@ -42,7 +43,7 @@ QZEColorButton::QZEColorButton(QWidget* parent, const char*) : QPushButton(paren
                               QSizePolicy::DefaultType));
     setFlat(true);
     setAcceptDrops(true);
-    connect(this, &QAbstractButton::clicked, this, &QZEColorButton::buttonClicked);
+    connect(this, SIGNAL(clicked(bool)), this, SLOT(buttonClicked(bool)));
     setColor(_color); // styles the initial light grey
 }
 
@@ -73,11 +74,66 @@ QSize QZEColorButton::sizeHint() const
     return QSize(zePlatform::getMediumIconSizeX(), zePlatform::getSmallIconSizeY());
 }
 
+// --- The shared colour dialog ----------------------------------------------
+
 void QZEColorButton::buttonClicked(bool)
 {
     emit colorButtonClicked();
+    if (!_showColorDialog)
+        return;
+    QWidget* parent = dialogParent();
+    // The dialog gets the colour as HSV of its own RGB: a grey with a hue
+    // or a black with a saturation comes back with both at 0.
+    float r, g, b;
+    _color.getRGB(r, g, b);
+    const QZEColor color = QZEColor::fromRGB(r, g, b);
+
+    if (s_colorChooser) {
+        // Whichever button opened the dialog last is its only listener.
+        s_colorChooser->disconnect(SIGNAL(colorChanged(QZEColor)));
+        s_colorChooser->disconnect(SIGNAL(accepted()));
+        s_colorChooser->disconnect(SIGNAL(rejected()));
+    } else {
+        createColorChooser(color, parent);
+    }
+    listenToColorChooser();
+
+    s_colorChooser->show();
+    s_colorChooser->raise();
+    s_colorChooser->reinit(color);
+    s_colorChooser->initSpectrum(_spectrum, _maxValue, _spectrumOnly);
 }
 
+// A host groups the controls of one editor under a widget named "Module"; the
+// dialog belongs to that editor, or else to the whole window.
+QWidget* QZEColorButton::dialogParent()
+{
+    QWidget* topMost = this;
+    for (QWidget* widget = this; widget; widget = widget->parentWidget()) {
+        if (widget->objectName() == QLatin1String("Module"))
+            return widget;
+        topMost = widget;
+    }
+    return topMost;
+}
+
+void QZEColorButton::createColorChooser(const QZEColor& color, QWidget* parent)
+{
+    s_colorChooser = new QZEColorDialog(color, parent, nullptr);
+    s_colorChooser->setWindowFlags(s_colorChooser->windowFlags() | Qt::WindowStaysOnTopHint);
+    // The parent takes the dialog down with it. A functor, not a slot: the
+    // static needs no place in the button's meta-object.
+    connect(s_colorChooser, &QObject::destroyed, [] { s_colorChooser = nullptr; });
+}
+
+void QZEColorButton::listenToColorChooser()
+{
+    connect(s_colorChooser, SIGNAL(colorChanged(QZEColor)), this, SLOT(colorChanged(QZEColor)));
+    connect(s_colorChooser, SIGNAL(accepted()), this, SLOT(accepted()));
+    connect(s_colorChooser, SIGNAL(rejected()), this, SLOT(rejected()));
+}
+
+// The button's own colour stays as it was while the dialog is open.
 void QZEColorButton::colorChanged(QZEColor color)
 {
     emit temporaryColorChosen(color);
@@ -85,14 +141,19 @@ void QZEColorButton::colorChanged(QZEColor color)
 
 void QZEColorButton::accepted()
 {
-    // Accepting takes the shared dialog's colour as the final one; it comes
-    // with the click handling that opens that dialog.
+    if (!s_colorChooser)
+        return; // nothing to take the colour from
+    s_colorChooser->hide();
+    setColor(s_colorChooser->getColor());
+    emit finalColorChosen(_color);
+    emit userAccepted();
 }
 
-// Listeners undo any temporary colour with the unchanged one. Hiding the
-// shared dialog comes with the click handling that opens it.
+// Listeners undo any temporary colour with the unchanged one.
 void QZEColorButton::rejected()
 {
+    if (s_colorChooser)
+        s_colorChooser->hide();
     emit finalColorChosen(_color);
     emit userSkipped();
 }

@@ -23,6 +23,14 @@ class QZEColorDialog;
 // It can also carry a host spectrum, with the value scale and spectrum-only
 // flag that go with it; when the colour is to come from an active spectrum,
 // setSpectrum() recolours the button with the spectrum's RGB.
+//
+// A click opens the colour dialog that all colour buttons share, parented to
+// the nearest ancestor named "Module" (else the top-most one), and aims it at
+// this button alone: the dialog's live colour comes out as
+// temporaryColorChosen(), its accept as the dialog's colour through
+// finalColorChosen() and userAccepted(), its cancel as the unchanged colour
+// through finalColorChosen() and userSkipped(). The button's own colour
+// changes only on accept (or a drop).
 class QZEColorButton : public QPushButton
 {
     Q_OBJECT
@@ -42,9 +50,9 @@ public:
     QSize sizeHint() const override;
 
     // The one colour dialog that every colour button opens: null until a
-    // click first opens it, then kept for the life of the process and never
-    // deleted by a button. The click handling that opens the dialog creates
-    // it and stores it here.
+    // click first opens it, never deleted by a button. It lives as a child of
+    // the widget it was first opened over; when that widget takes it down,
+    // the pointer goes back to null and the next click makes a new one.
     static QZEColorDialog* s_colorChooser;
 
 public slots:
@@ -71,6 +79,9 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    QWidget* dialogParent();
+    static void createColorChooser(const QZEColor& color, QWidget* parent);
+    void listenToColorChooser();
     static QPoint roundedPosition(const QMouseEvent* event);
     void startColorDrag();
 
