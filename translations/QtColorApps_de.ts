@@ -15,6 +15,22 @@
         <source>Shows the QtColor widgets, one page per widget.</source>
         <translation>Zeigt die QtColor-Widgets, eine Seite je Widget.</translation>
     </message>
+    <message>
+        <source>Run ColorLab --screenshot DIR to render every page into DIR without a display.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no display to show the window on: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Run ColorLab --help to list the options.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the window system could not be opened.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ColorLabWindow</name>
@@ -33,6 +49,14 @@
     <message>
         <source>Spectrum</source>
         <translation>Spektrum</translation>
+    </message>
+    <message>
+        <source>Dialog</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Images</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -124,6 +148,108 @@
         <source>Swatches</source>
         <translation>Farbmuster</translation>
     </message>
+    <message>
+        <source>Material</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Diffuse</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Specular</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Emission</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>(no signal yet)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DialogPage</name>
+    <message>
+        <source>Open the Colour Dialog…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opens the colour dialog beside this window; the page follows every edit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>linear (sRGB switch on)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sRGB-encoded (sRGB switch off)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour from the dialog</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The colour as the host shows it on screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sent values, unconverted:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Form sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>HSV as sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RGB as sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Linear RGB</source>
+        <translation type="unfinished">Lineares RGB</translation>
+    </message>
+    <message>
+        <source>sRGB-encoded RGB</source>
+        <translation type="unfinished">sRGB-kodiertes RGB</translation>
+    </message>
+    <message>
+        <source>Screen colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ImageMetaGui</name>
+    <message>
+        <source>Show the image information dialog for FILE.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>FILE</source>
+        <translation type="unfinished">FILE</translation>
+    </message>
+    <message>
+        <source>--gui takes exactly one FILE and no command</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read %1: missing, not an image this program can decode, damaged, or larger than 1 GiB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Run &apos;zeimagemeta --help&apos; for usage.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ImageMetaTool</name>
@@ -180,14 +306,6 @@
         <translation>Befehle:</translation>
     </message>
     <message>
-        <source>Print the metadata blocks that the image loader attaches to FILE, each under its name in brackets.</source>
-        <translation>Gibt die Metadatenblöcke aus, die der Bildlader an FILE anhängt, jeweils unter ihrem Namen in eckigen Klammern.</translation>
-    </message>
-    <message>
-        <source>Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without re-encoding its pixels; a record already there is replaced.</source>
-        <translation>Schreibt einen Datensatz mit Render-Einstellungen in FILE (JPEG, PNG, TIFF, WebP), ohne die Pixel neu zu kodieren; ein bereits vorhandener Datensatz wird ersetzt.</translation>
-    </message>
-    <message>
         <source>Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage error.</source>
         <translation>Rückgabewert: 0 bei Erfolg, 1, wenn eine Datei nicht gelesen oder geschrieben werden kann, 2 bei einem Aufruffehler.</translation>
     </message>
@@ -206,14 +324,6 @@
     <message>
         <source>show takes no --%1 option</source>
         <translation>show akzeptiert keine Option --%1</translation>
-    </message>
-    <message>
-        <source>cannot read %1: no such file</source>
-        <translation>%1 kann nicht gelesen werden: Datei nicht vorhanden</translation>
-    </message>
-    <message>
-        <source>cannot read %1: not an image this program can decode, damaged, or larger than 1 GiB</source>
-        <translation>%1 kann nicht gelesen werden: kein Bild, das dieses Programm dekodieren kann, beschädigt oder größer als 1 GiB</translation>
     </message>
     <message>
         <source>stamp needs the --%1 option</source>
@@ -252,12 +362,166 @@
         <translation>die Metadaten von %1 können nicht geschrieben werden: %2</translation>
     </message>
     <message>
-        <source>cannot save %1: %2</source>
-        <translation>%1 kann nicht gespeichert werden: %2</translation>
-    </message>
-    <message>
         <source>Run &apos;%1 --help&apos; for usage.</source>
         <translation>&apos;%1 --help&apos; zeigt Hinweise zum Aufruf.</translation>
+    </message>
+    <message>
+        <source>Camera Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Node Visibilities</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Switch Node States</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Animation Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Renderpasses Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raytracing Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Switch Material States</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Print the size and channels of the image in FILE, the metadata blocks that the image loader attaches to it, each under its name in brackets, and its render-settings record. The pixels are not decoded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without re-encoding its pixels; a record already there is replaced. On any failure the file is left as it was.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the image information dialog for FILE.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dimensions:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Depth:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Color channel:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Alpha channel:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 x %2 px</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>(none)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Scene:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Date:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Groups:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot write a record into %1: exiv2 cannot parse the XMP metadata already in it, which would be lost (%2); the file is left as it was</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot save %1: %2; the file is left as it was</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ImagesPage</name>
+    <message>
+        <source>The image information dialog lists what an image file carries besides its pixels: its size and channels, the camera and copyright tags and the EXIF exposure data.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image information...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sample camera photo</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A JPEG that ColorLab writes at start-up, with the tags a camera records: maker and model, exposure time, f-number, shutter speed and aperture, exposure bias, subject distance and focal lengths.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sample photo information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot make a folder for the sample photo: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot read %1: it is missing, not an image ColorLab can decode, or damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Images (*.jpg *.jpeg *.png *.tif *.tiff *.webp *.bmp *.gif);;All files (*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SampleCameraJpeg</name>
+    <message>
+        <source>Cannot encode the sample photo: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot add the camera tags to the sample photo: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -269,6 +533,10 @@
     <message>
         <source>Cannot write %1.</source>
         <translation>%1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Cannot show the information of the sample photo.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -538,6 +806,38 @@
     <message>
         <source>Run &apos;%1 --help&apos; for usage.</source>
         <translation>&apos;%1 --help&apos; zeigt Hinweise zum Aufruf.</translation>
+    </message>
+    <message>
+        <source>Accept an input file that was not read to its end (text after the data, a pair that is not two numbers); where reading stopped is still reported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input files may hold at most %1 MiB. A file that is not read to its end (a comment or other text among the numbers, a lone number at the end, text after the samples a header announces) is an error, with the line where reading stopped, unless --allow-partial is given. Outputs are written whole to a temporary file and then renamed, so a failed write leaves an existing file unchanged; IN and OUT may be the same file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>R G B are linear values from 0 to 1; larger values (such as 8-bit 255) are clipped, with a warning. The rgb that info prints is not normalised: a constant spectrum of 1.0 gives about 10.69 in each channel.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>R G B above 1 (%1 %2 %3) give a reflectance clipped at 1; the channels are linear values from 0 to 1 (divide 8-bit values by 255)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot read %1: it is larger than %2 MiB</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 was not read to its end; give --allow-partial to accept what was read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: reading stopped at line %2: %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>warning: %1</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>
