@@ -319,6 +319,8 @@ void chooseInNextFileDialog(const QString& path)
         dialog->selectFile(path);
         QMetaObject::invokeMethod(dialog, "accept"); // protected in QFileDialog
     });
+}
+
 // The colour dialog's pictures, after the pages: device pixel ratio 1, then 2.
 QStringList dialogShots(const QString& directory)
 {
@@ -1024,6 +1026,8 @@ void tst_ColorLab::unreadableFileOpensNoDialogAndSaysSo()
     for (const QLabel* label : page.findChildren<QLabel*>())
         said = said || label->text().contains(QDir::toNativeSeparators(file));
     QVERIFY(said);
+}
+
 // --- Dialog page -------------------------------------------------------------------
 
 void tst_ColorLab::dialogPageOpensTheDialogWithoutBlockingTheWindow()

@@ -99,8 +99,6 @@ QWidget* SpectrumPage::createPlotView()
     _view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     _view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     _view->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    // Mid grey: the white curve and dots and the black axes and labels all show.
-    _view->setBackgroundBrush(QColor(150, 150, 150));
     _view->setMinimumSize(zePlatform::getMediumIconSizeX() * 8, zePlatform::getMediumIconSizeY() * 5);
     _view->viewport()->installEventFilter(this);
     column->addWidget(_view, 1);
