@@ -17,19 +17,19 @@
     </message>
     <message>
         <source>Run ColorLab --screenshot DIR to render every page into DIR without a display.</source>
-        <translation type="unfinished"></translation>
+        <translation>ColorLab --screenshot DIR rendert jede Seite ohne Anzeige nach DIR.</translation>
     </message>
     <message>
         <source>no display to show the window on: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
-        <translation type="unfinished"></translation>
+        <translation>keine Anzeige für das Fenster: weder DISPLAY noch WAYLAND_DISPLAY ist gesetzt.</translation>
     </message>
     <message>
         <source>Run ColorLab --help to list the options.</source>
-        <translation type="unfinished"></translation>
+        <translation>ColorLab --help listet die Optionen auf.</translation>
     </message>
     <message>
         <source>the window system could not be opened.</source>
-        <translation type="unfinished"></translation>
+        <translation>das Fenstersystem konnte nicht geöffnet werden.</translation>
     </message>
 </context>
 <context>
@@ -52,11 +52,11 @@
     </message>
     <message>
         <source>Dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog</translation>
     </message>
     <message>
         <source>Images</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder</translation>
     </message>
 </context>
 <context>
@@ -150,105 +150,105 @@
     </message>
     <message>
         <source>Material</source>
-        <translation type="unfinished"></translation>
+        <translation>Material</translation>
     </message>
     <message>
         <source>Diffuse</source>
-        <translation type="unfinished"></translation>
+        <translation>Diffus</translation>
     </message>
     <message>
         <source>Specular</source>
-        <translation type="unfinished"></translation>
+        <translation>Spiegelnd</translation>
     </message>
     <message>
         <source>Emission</source>
-        <translation type="unfinished"></translation>
+        <translation>Emission</translation>
     </message>
     <message>
         <source>(no signal yet)</source>
-        <translation type="unfinished"></translation>
+        <translation>(noch kein Signal)</translation>
     </message>
 </context>
 <context>
     <name>DialogPage</name>
     <message>
         <source>Open the Colour Dialog…</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbdialog öffnen…</translation>
     </message>
     <message>
         <source>Opens the colour dialog beside this window; the page follows every edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Öffnet den Farbdialog neben diesem Fenster; die Seite folgt jeder Änderung</translation>
     </message>
     <message>
         <source>linear (sRGB switch on)</source>
-        <translation type="unfinished"></translation>
+        <translation>linear (sRGB-Schalter an)</translation>
     </message>
     <message>
         <source>sRGB-encoded (sRGB switch off)</source>
-        <translation type="unfinished"></translation>
+        <translation>sRGB-kodiert (sRGB-Schalter aus)</translation>
     </message>
     <message>
         <source>Colour from the dialog</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe aus dem Dialog</translation>
     </message>
     <message>
         <source>The colour as the host shows it on screen</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Farbe, wie die Anwendung sie auf dem Bildschirm zeigt</translation>
     </message>
     <message>
         <source>Sent values, unconverted:</source>
-        <translation type="unfinished"></translation>
+        <translation>Gesendete Werte, unkonvertiert:</translation>
     </message>
     <message>
         <source>Values</source>
-        <translation type="unfinished"></translation>
+        <translation>Werte</translation>
     </message>
     <message>
         <source>Form sent</source>
-        <translation type="unfinished"></translation>
+        <translation>Gesendete Form</translation>
     </message>
     <message>
         <source>HSV as sent</source>
-        <translation type="unfinished"></translation>
+        <translation>HSV wie gesendet</translation>
     </message>
     <message>
         <source>RGB as sent</source>
-        <translation type="unfinished"></translation>
+        <translation>RGB wie gesendet</translation>
     </message>
     <message>
         <source>Linear RGB</source>
-        <translation type="unfinished">Lineares RGB</translation>
+        <translation>Lineares RGB</translation>
     </message>
     <message>
         <source>sRGB-encoded RGB</source>
-        <translation type="unfinished">sRGB-kodiertes RGB</translation>
+        <translation>sRGB-kodiertes RGB</translation>
     </message>
     <message>
         <source>Screen colour</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildschirmfarbe</translation>
     </message>
 </context>
 <context>
     <name>ImageMetaGui</name>
     <message>
         <source>Show the image information dialog for FILE.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt den Dialog mit den Bildinformationen zu FILE.</translation>
     </message>
     <message>
         <source>FILE</source>
-        <translation type="unfinished">FILE</translation>
+        <translation>FILE</translation>
     </message>
     <message>
         <source>--gui takes exactly one FILE and no command</source>
-        <translation type="unfinished"></translation>
+        <translation>--gui erwartet genau ein Argument FILE und keinen Befehl</translation>
     </message>
     <message>
         <source>cannot read %1: missing, not an image this program can decode, damaged, or larger than 1 GiB</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gelesen werden: fehlt, ist kein Bild, das dieses Programm dekodieren kann, ist beschädigt oder größer als 1 GiB</translation>
     </message>
     <message>
         <source>Run &apos;zeimagemeta --help&apos; for usage.</source>
-        <translation type="unfinished"></translation>
+        <translation>&apos;zeimagemeta --help&apos; zeigt Hinweise zum Aufruf.</translation>
     </message>
 </context>
 <context>
@@ -367,161 +367,161 @@
     </message>
     <message>
         <source>Camera Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Kameraeinstellungen</translation>
     </message>
     <message>
         <source>Node Visibilities</source>
-        <translation type="unfinished"></translation>
+        <translation>Sichtbarkeit der Knoten</translation>
     </message>
     <message>
         <source>Switch Node States</source>
-        <translation type="unfinished"></translation>
+        <translation>Zustände der Switch-Knoten</translation>
     </message>
     <message>
         <source>Image Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildeinstellungen</translation>
     </message>
     <message>
         <source>Animation Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Animationseinstellungen</translation>
     </message>
     <message>
         <source>Renderpasses Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen der Render-Durchgänge</translation>
     </message>
     <message>
         <source>Raytracing Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Raytracing-Einstellungen</translation>
     </message>
     <message>
         <source>Switch Material States</source>
-        <translation type="unfinished"></translation>
+        <translation>Zustände der Switch-Materialien</translation>
     </message>
     <message>
         <source>Print the size and channels of the image in FILE, the metadata blocks that the image loader attaches to it, each under its name in brackets, and its render-settings record. The pixels are not decoded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Gibt Größe und Kanäle des Bildes in FILE aus, die Metadatenblöcke, die der Bildlader ihm anhängt, jeweils unter ihrem Namen in eckigen Klammern, und seinen Datensatz der Render-Einstellungen. Die Pixel werden nicht dekodiert.</translation>
     </message>
     <message>
         <source>Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without re-encoding its pixels; a record already there is replaced. On any failure the file is left as it was.</source>
-        <translation type="unfinished"></translation>
+        <translation>Schreibt einen Datensatz der Render-Einstellungen in FILE (JPEG, PNG, TIFF, WebP), ohne die Pixel neu zu kodieren; ein vorhandener Datensatz wird ersetzt. Bei jedem Fehler bleibt die Datei unverändert.</translation>
     </message>
     <message>
         <source>Show the image information dialog for FILE.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt den Dialog mit den Bildinformationen zu FILE.</translation>
     </message>
     <message>
         <source>unknown</source>
-        <translation type="unfinished"></translation>
+        <translation>unbekannt</translation>
     </message>
     <message>
         <source>Dimensions:</source>
-        <translation type="unfinished"></translation>
+        <translation>Abmessungen:</translation>
     </message>
     <message>
         <source>Depth:</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbtiefe:</translation>
     </message>
     <message>
         <source>Color channel:</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbkanal:</translation>
     </message>
     <message>
         <source>Alpha channel:</source>
-        <translation type="unfinished"></translation>
+        <translation>Alphakanal:</translation>
     </message>
     <message>
         <source>yes</source>
-        <translation type="unfinished"></translation>
+        <translation>ja</translation>
     </message>
     <message>
         <source>no</source>
-        <translation type="unfinished"></translation>
+        <translation>nein</translation>
     </message>
     <message>
         <source>%1 x %2 px</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 x %2 px</translation>
     </message>
     <message>
         <source>(none)</source>
-        <translation type="unfinished"></translation>
+        <translation>(keine)</translation>
     </message>
     <message>
         <source>Scene:</source>
-        <translation type="unfinished"></translation>
+        <translation>Szene:</translation>
     </message>
     <message>
         <source>Version:</source>
-        <translation type="unfinished"></translation>
+        <translation>Version:</translation>
     </message>
     <message>
         <source>Date:</source>
-        <translation type="unfinished"></translation>
+        <translation>Datum:</translation>
     </message>
     <message>
         <source>Groups:</source>
-        <translation type="unfinished"></translation>
+        <translation>Gruppen:</translation>
     </message>
     <message>
         <source>cannot write a record into %1: exiv2 cannot parse the XMP metadata already in it, which would be lost (%2); the file is left as it was</source>
-        <translation type="unfinished"></translation>
+        <translation>in %1 kann kein Datensatz geschrieben werden: exiv2 kann die darin vorhandenen XMP-Metadaten nicht lesen, die sonst verloren gingen (%2); die Datei bleibt unverändert</translation>
     </message>
     <message>
         <source>cannot save %1: %2; the file is left as it was</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gespeichert werden: %2; die Datei bleibt unverändert</translation>
     </message>
 </context>
 <context>
     <name>ImagesPage</name>
     <message>
         <source>The image information dialog lists what an image file carries besides its pixels: its size and channels, the camera and copyright tags and the EXIF exposure data.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Dialog mit den Bildinformationen zeigt, was eine Bilddatei außer ihren Pixeln enthält: Größe und Kanäle, die Kamera- und Copyright-Tags und die EXIF-Belichtungsdaten.</translation>
     </message>
     <message>
         <source>Image information...</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildinformationen...</translation>
     </message>
     <message>
         <source>Sample camera photo</source>
-        <translation type="unfinished"></translation>
+        <translation>Beispielfoto einer Kamera</translation>
     </message>
     <message>
         <source>A JPEG that ColorLab writes at start-up, with the tags a camera records: maker and model, exposure time, f-number, shutter speed and aperture, exposure bias, subject distance and focal lengths.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein JPEG, das ColorLab beim Start schreibt, mit den Tags, die eine Kamera aufzeichnet: Hersteller und Modell, Belichtungszeit, Blendenzahl, Verschlusszeit und Blendenwert, Belichtungskorrektur, Entfernung zum Motiv und Brennweiten.</translation>
     </message>
     <message>
         <source>Sample photo information</source>
-        <translation type="unfinished"></translation>
+        <translation>Informationen zum Beispielfoto</translation>
     </message>
     <message>
         <source>Cannot make a folder for the sample photo: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Für das Beispielfoto kann kein Ordner angelegt werden: %1</translation>
     </message>
     <message>
         <source>Cannot read %1: it is missing, not an image ColorLab can decode, or damaged.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gelesen werden: Die Datei fehlt, ist kein Bild, das ColorLab dekodieren kann, oder ist beschädigt.</translation>
     </message>
     <message>
         <source>Image Information</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildinformationen</translation>
     </message>
     <message>
         <source>Images (*.jpg *.jpeg *.png *.tif *.tiff *.webp *.bmp *.gif);;All files (*)</source>
-        <translation type="unfinished"></translation>
+        <translation>Bilder (*.jpg *.jpeg *.png *.tif *.tiff *.webp *.bmp *.gif);;Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
     <name>SampleCameraJpeg</name>
     <message>
         <source>Cannot encode the sample photo: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Beispielfoto kann nicht kodiert werden: %1</translation>
     </message>
     <message>
         <source>Cannot add the camera tags to the sample photo: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Kamera-Tags können dem Beispielfoto nicht hinzugefügt werden: %1</translation>
     </message>
     <message>
         <source>Cannot write %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
 </context>
 <context>
@@ -536,7 +536,7 @@
     </message>
     <message>
         <source>Cannot show the information of the sample photo.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Informationen zum Beispielfoto können nicht angezeigt werden.</translation>
     </message>
 </context>
 <context>
@@ -809,35 +809,35 @@
     </message>
     <message>
         <source>Accept an input file that was not read to its end (text after the data, a pair that is not two numbers); where reading stopped is still reported.</source>
-        <translation type="unfinished"></translation>
+        <translation>Akzeptiert eine Eingabedatei, die nicht bis zum Ende gelesen wurde (Text nach den Daten, ein Paar, das nicht aus zwei Zahlen besteht); wo das Lesen endete, wird weiterhin gemeldet.</translation>
     </message>
     <message>
         <source>Input files may hold at most %1 MiB. A file that is not read to its end (a comment or other text among the numbers, a lone number at the end, text after the samples a header announces) is an error, with the line where reading stopped, unless --allow-partial is given. Outputs are written whole to a temporary file and then renamed, so a failed write leaves an existing file unchanged; IN and OUT may be the same file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eingabedateien dürfen höchstens %1 MiB groß sein. Eine Datei, die nicht bis zum Ende gelesen wird (ein Kommentar oder anderer Text zwischen den Zahlen, eine einzelne Zahl am Ende, Text nach den Abtastwerten, die ein Header ankündigt), ist ein Fehler, mit Angabe der Zeile, an der das Lesen endete, sofern nicht --allow-partial angegeben ist. Ausgaben werden vollständig in eine temporäre Datei geschrieben und dann umbenannt, sodass ein fehlgeschlagenes Schreiben eine vorhandene Datei unverändert lässt; IN und OUT dürfen dieselbe Datei sein.</translation>
     </message>
     <message>
         <source>R G B are linear values from 0 to 1; larger values (such as 8-bit 255) are clipped, with a warning. The rgb that info prints is not normalised: a constant spectrum of 1.0 gives about 10.69 in each channel.</source>
-        <translation type="unfinished"></translation>
+        <translation>R G B sind lineare Werte von 0 bis 1; größere Werte (etwa 8 Bit 255) werden mit einer Warnung abgeschnitten. Der von info ausgegebene rgb-Wert ist nicht normiert: Ein konstantes Spektrum von 1.0 ergibt etwa 10.69 in jedem Kanal.</translation>
     </message>
     <message>
         <source>R G B above 1 (%1 %2 %3) give a reflectance clipped at 1; the channels are linear values from 0 to 1 (divide 8-bit values by 255)</source>
-        <translation type="unfinished"></translation>
+        <translation>R G B über 1 (%1 %2 %3) ergeben eine bei 1 abgeschnittene Reflexion; die Kanäle sind lineare Werte von 0 bis 1 (8-Bit-Werte durch 255 teilen)</translation>
     </message>
     <message>
         <source>cannot read %1: it is larger than %2 MiB</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 kann nicht gelesen werden: die Datei ist größer als %2 MiB</translation>
     </message>
     <message>
         <source>%1 was not read to its end; give --allow-partial to accept what was read</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 wurde nicht bis zum Ende gelesen; --allow-partial angeben, um das Gelesene zu akzeptieren</translation>
     </message>
     <message>
         <source>%1: reading stopped at line %2: %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: Lesen endete in Zeile %2: %3</translation>
     </message>
     <message>
         <source>warning: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnung: %1</translation>
     </message>
 </context>
 </TS>

@@ -22,565 +22,568 @@ R: %4  G: %5  B: %6</translation>
     <name>QZEColorDialog</name>
     <message>
         <source>R: </source>
-        <translation type="unfinished"></translation>
+        <translation>R: </translation>
     </message>
     <message>
         <source>G: </source>
-        <translation type="unfinished"></translation>
+        <translation>G: </translation>
     </message>
     <message>
         <source>B: </source>
-        <translation type="unfinished"></translation>
+        <translation>B: </translation>
     </message>
     <message>
         <source>H: </source>
-        <translation type="unfinished"></translation>
+        <translation>H: </translation>
     </message>
     <message>
         <source>S: </source>
-        <translation type="unfinished"></translation>
+        <translation>S: </translation>
     </message>
     <message>
         <source>V: </source>
-        <translation type="unfinished"></translation>
+        <translation>V: </translation>
     </message>
     <message>
         <source>L*: </source>
-        <translation type="unfinished"></translation>
+        <translation>L*: </translation>
     </message>
     <message>
         <source>a*: </source>
-        <translation type="unfinished"></translation>
+        <translation>a*: </translation>
     </message>
     <message>
         <source>b*: </source>
-        <translation type="unfinished"></translation>
+        <translation>b*: </translation>
     </message>
     <message>
         <source>Disable Non-Uniform Sampling</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungleichmäßige Abtastung deaktivieren</translation>
     </message>
     <message>
         <source>To disable non-uniform sampling, please select the preferred uniform sampling distribution and press &quot;Apply&quot;.
 Warning! Your original sampling will be changed and non-uniform samples are lost!</source>
-        <translation type="unfinished"></translation>
+        <translation>Zum Deaktivieren der ungleichmäßigen Abtastung die gewünschte gleichmäßige Abtastverteilung wählen und &quot;Anwenden&quot; drücken.
+Warnung! Die ursprüngliche Abtastung wird geändert und ungleichmäßige Abtastwerte gehen verloren!</translation>
     </message>
     <message>
         <source>Ok</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Load Spectrum File</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei laden</translation>
     </message>
     <message>
         <source>Add Spectrum File</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei hinzufügen</translation>
     </message>
     <message>
         <source>Spectrum File (*.spectral *.txt)</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei (*.spectral *.txt)</translation>
     </message>
     <message>
         <source>Save Spectrum File</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei speichern</translation>
     </message>
     <message>
         <source>Spectrum File (*.spectral)</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei (*.spectral)</translation>
     </message>
     <message>
         <source>X: </source>
-        <translation type="unfinished"></translation>
+        <translation>X: </translation>
     </message>
     <message>
         <source>Y: </source>
-        <translation type="unfinished"></translation>
+        <translation>Y: </translation>
     </message>
     <message>
         <source>Z: </source>
-        <translation type="unfinished"></translation>
+        <translation>Z: </translation>
     </message>
     <message>
         <source>Start: %1 / Delta: %2 / Num: / %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Start: %1 / Delta: %2 / Num: / %3</translation>
     </message>
     <message>
         <source>Default</source>
-        <translation type="unfinished"></translation>
+        <translation>Standard</translation>
     </message>
 </context>
 <context>
     <name>QZEColorDialogGUI</name>
     <message>
         <source>Choose a Color</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe wählen</translation>
     </message>
     <message>
         <source>Color</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe</translation>
     </message>
     <message>
         <source>set color field to Qt::red mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Modus Qt::red schalten</translation>
     </message>
     <message>
         <source>Red</source>
-        <translation type="unfinished"></translation>
+        <translation>Rot</translation>
     </message>
     <message>
         <source>change red color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Rotanteil ändern</translation>
     </message>
     <message>
         <source>enter red color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Rotanteil eingeben</translation>
     </message>
     <message>
         <source>set color field to Qt::green mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Modus Qt::green schalten</translation>
     </message>
     <message>
         <source>Green</source>
-        <translation type="unfinished"></translation>
+        <translation>Grün</translation>
     </message>
     <message>
         <source>change green color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Grünanteil ändern</translation>
     </message>
     <message>
         <source>enter green color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Grünanteil eingeben</translation>
     </message>
     <message>
         <source>set color field to Qt::blue mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Modus Qt::blue schalten</translation>
     </message>
     <message>
         <source>Blue</source>
-        <translation type="unfinished"></translation>
+        <translation>Blau</translation>
     </message>
     <message>
         <source>change blue color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Blauanteil ändern</translation>
     </message>
     <message>
         <source>enter blue color component</source>
-        <translation type="unfinished"></translation>
+        <translation>Blauanteil eingeben</translation>
     </message>
     <message>
         <source>set color field to hue mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Farbton-Modus schalten</translation>
     </message>
     <message>
         <source>Hue</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbton</translation>
     </message>
     <message>
         <source>change hue</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbton ändern</translation>
     </message>
     <message>
         <source>enter hue</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbton eingeben</translation>
     </message>
     <message>
         <source>set color field to saturation mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Sättigungs-Modus schalten</translation>
     </message>
     <message>
         <source>Sat</source>
-        <translation type="unfinished"></translation>
+        <translation>Sätt.</translation>
     </message>
     <message>
         <source>change saturation</source>
-        <translation type="unfinished"></translation>
+        <translation>Sättigung ändern</translation>
     </message>
     <message>
         <source>enter saturation</source>
-        <translation type="unfinished"></translation>
+        <translation>Sättigung eingeben</translation>
     </message>
     <message>
         <source>set color field to value mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbfeld in den Hellwert-Modus schalten</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>Hellwert</translation>
     </message>
     <message>
         <source>change value</source>
-        <translation type="unfinished"></translation>
+        <translation>Hellwert ändern</translation>
     </message>
     <message>
         <source>enter value</source>
-        <translation type="unfinished"></translation>
+        <translation>Hellwert eingeben</translation>
     </message>
     <message>
         <source>L*</source>
-        <translation type="unfinished">L*</translation>
+        <translation>L*</translation>
     </message>
     <message>
         <source>change lightness of the color</source>
-        <translation type="unfinished"></translation>
+        <translation>Helligkeit der Farbe ändern</translation>
     </message>
     <message>
         <source>enter lightness of the color</source>
-        <translation type="unfinished"></translation>
+        <translation>Helligkeit der Farbe eingeben</translation>
     </message>
     <message>
         <source>a*</source>
-        <translation type="unfinished">a*</translation>
+        <translation>a*</translation>
     </message>
     <message>
         <source>change balance between red/magenta and green</source>
-        <translation type="unfinished"></translation>
+        <translation>Verhältnis zwischen Rot/Magenta und Grün ändern</translation>
     </message>
     <message>
         <source>enter balance between red/magenta and green</source>
-        <translation type="unfinished"></translation>
+        <translation>Verhältnis zwischen Rot/Magenta und Grün eingeben</translation>
     </message>
     <message>
         <source>b*</source>
-        <translation type="unfinished">b*</translation>
+        <translation>b*</translation>
     </message>
     <message>
         <source>change balance between yellow and blue</source>
-        <translation type="unfinished"></translation>
+        <translation>Verhältnis zwischen Gelb und Blau ändern</translation>
     </message>
     <message>
         <source>enter balance between yellow and blue</source>
-        <translation type="unfinished"></translation>
+        <translation>Verhältnis zwischen Gelb und Blau eingeben</translation>
     </message>
     <message>
         <source>Current</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktuell</translation>
     </message>
     <message>
         <source>Current color</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktuelle Farbe</translation>
     </message>
     <message>
         <source>Previous color</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorherige Farbe</translation>
     </message>
     <message>
         <source>Output Color</source>
-        <translation type="unfinished"></translation>
+        <translation>Ausgabefarbe</translation>
     </message>
     <message>
         <source>R: 1.0</source>
-        <translation type="unfinished"></translation>
+        <translation>R: 1.0</translation>
     </message>
     <message>
         <source>G: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>G: 0.0</translation>
     </message>
     <message>
         <source>B: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>B: 0.0</translation>
     </message>
     <message>
         <source>H: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>H: 0.0</translation>
     </message>
     <message>
         <source>S: 1.0</source>
-        <translation type="unfinished"></translation>
+        <translation>S: 1.0</translation>
     </message>
     <message>
         <source>V: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>V: 0.0</translation>
     </message>
     <message>
         <source>L*: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>L*: 0.0</translation>
     </message>
     <message>
         <source>a*: 1.0</source>
-        <translation type="unfinished"></translation>
+        <translation>a*: 1.0</translation>
     </message>
     <message>
         <source>b*: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>b*: 0.0</translation>
     </message>
     <message>
         <source>The pipette allows picking a color from screen.
 Activate the Pipette and left-click anywhere on the desktop.
 To abort picking click again the Pipette button or right-click anywhere.</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit der Pipette lässt sich eine Farbe vom Bildschirm aufnehmen.
+Pipette aktivieren und an einer beliebigen Stelle des Desktops mit links klicken.
+Zum Abbrechen erneut auf die Pipette klicken oder an einer beliebigen Stelle mit rechts klicken.</translation>
     </message>
     <message>
         <source>Pick a color from the screen</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe vom Bildschirm aufnehmen</translation>
     </message>
     <message>
         <source>Pipette</source>
-        <translation type="unfinished"></translation>
+        <translation>Pipette</translation>
     </message>
     <message>
         <source>output gamma corrected color</source>
-        <translation type="unfinished"></translation>
+        <translation>gammakorrigierte Farbe ausgeben</translation>
     </message>
     <message>
         <source>Use sRGB Colors</source>
-        <translation type="unfinished"></translation>
+        <translation>sRGB-Farben verwenden</translation>
     </message>
     <message>
         <source>add current color to custom colors</source>
-        <translation type="unfinished"></translation>
+        <translation>aktuelle Farbe zu den eigenen Farben hinzufügen</translation>
     </message>
     <message>
         <source>Store Color</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbe speichern</translation>
     </message>
     <message>
         <source>&lt;p&gt;&lt;b&gt;Custom colors&lt;/b&gt;&lt;/p&gt;&lt;p&gt;&lt;i&gt;Store Color&lt;/i&gt; keeps the current color in the next free cell; once all cells are full, the oldest one is replaced.&lt;/p&gt;&lt;p&gt;Click a cell, or move to it with the arrow keys and press Space, to make its color the current one. Empty cells do nothing.&lt;/p&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;p&gt;&lt;b&gt;Eigene Farben&lt;/b&gt;&lt;/p&gt;&lt;p&gt;&lt;i&gt;Farbe speichern&lt;/i&gt; legt die aktuelle Farbe in der nächsten freien Zelle ab; sind alle Zellen belegt, wird die älteste ersetzt.&lt;/p&gt;&lt;p&gt;Eine Zelle anklicken oder mit den Pfeiltasten zu ihr wechseln und die Leertaste drücken, um ihre Farbe zur aktuellen zu machen. Leere Zellen bewirken nichts.&lt;/p&gt;</translation>
     </message>
     <message>
         <source>accept the current color</source>
-        <translation type="unfinished"></translation>
+        <translation>aktuelle Farbe übernehmen</translation>
     </message>
     <message>
         <source>Accept</source>
-        <translation type="unfinished"></translation>
+        <translation>Übernehmen</translation>
     </message>
     <message>
         <source>close dialog and use the previous color</source>
-        <translation type="unfinished"></translation>
+        <translation>Dialog schließen und die vorherige Farbe verwenden</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Spectrum</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrum</translation>
     </message>
     <message>
         <source>X: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>X: 0.0</translation>
     </message>
     <message>
         <source>Y: 1.0</source>
-        <translation type="unfinished"></translation>
+        <translation>Y: 1.0</translation>
     </message>
     <message>
         <source>Z: 0.0</source>
-        <translation type="unfinished"></translation>
+        <translation>Z: 0.0</translation>
     </message>
     <message>
         <source>Spectrum plot</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdiagramm</translation>
     </message>
     <message>
         <source>enable advanced tools to edit the sample placement of the current spectral distribution</source>
-        <translation type="unfinished"></translation>
+        <translation>erweiterte Werkzeuge zum Bearbeiten der Lage der Abtastwerte der aktuellen Spektralverteilung aktivieren</translation>
     </message>
     <message>
         <source>Edit Sample Distribution</source>
-        <translation type="unfinished"></translation>
+        <translation>Abtastverteilung bearbeiten</translation>
     </message>
     <message>
         <source>Presets</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorgaben</translation>
     </message>
     <message>
         <source>select sample distribution from presets</source>
-        <translation type="unfinished"></translation>
+        <translation>Abtastverteilung aus den Vorgaben wählen</translation>
     </message>
     <message>
         <source>enable editing of the wavelengths of the samples</source>
-        <translation type="unfinished"></translation>
+        <translation>Bearbeiten der Wellenlängen der Abtastwerte aktivieren</translation>
     </message>
     <message>
         <source>Allow Non-Uniform Sample Distribution</source>
-        <translation type="unfinished"></translation>
+        <translation>Ungleichmäßige Abtastverteilung zulassen</translation>
     </message>
     <message>
         <source>Start</source>
-        <translation type="unfinished"></translation>
+        <translation>Start</translation>
     </message>
     <message>
         <source>enter the wavelength of the first sample</source>
-        <translation type="unfinished"></translation>
+        <translation>Wellenlänge des ersten Abtastwerts eingeben</translation>
     </message>
     <message>
         <source>Delta</source>
-        <translation type="unfinished"></translation>
+        <translation>Delta</translation>
     </message>
     <message>
         <source>enter the sample spacing in the wavelength domain</source>
-        <translation type="unfinished"></translation>
+        <translation>Abstand der Abtastwerte in der Wellenlänge eingeben</translation>
     </message>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Anzahl</translation>
     </message>
     <message>
         <source>enter the total number of samples</source>
-        <translation type="unfinished"></translation>
+        <translation>Gesamtzahl der Abtastwerte eingeben</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation type="unfinished"></translation>
+        <translation>Anwenden</translation>
     </message>
     <message>
         <source>Basic</source>
-        <translation type="unfinished"></translation>
+        <translation>Basis</translation>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei</translation>
     </message>
     <message>
         <source>Enter path to select spectral input file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Pfad der spektralen Eingabedatei eingeben.</translation>
     </message>
     <message>
         <source>Browse file system to select a spectral input file and add it to the current spectral distribution.</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Dateisystem eine spektrale Eingabedatei wählen und zur aktuellen Spektralverteilung hinzufügen.</translation>
     </message>
     <message>
         <source>Add spectrum file</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei hinzufügen</translation>
     </message>
     <message>
         <source>Browse file system to select a spectral input file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Dateisystem eine spektrale Eingabedatei wählen.</translation>
     </message>
     <message>
         <source>Load spectrum file</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei laden</translation>
     </message>
     <message>
         <source>Save current spectral distribution to a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>Aktuelle Spektralverteilung in einer Datei speichern.</translation>
     </message>
     <message>
         <source>Save spectrum file</source>
-        <translation type="unfinished"></translation>
+        <translation>Spektrumdatei speichern</translation>
     </message>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>Skalieren</translation>
     </message>
     <message>
         <source>scale current spectral distribution preserving the hue</source>
-        <translation type="unfinished"></translation>
+        <translation>aktuelle Spektralverteilung unter Beibehaltung des Farbtons skalieren</translation>
     </message>
     <message>
         <source>Analytic</source>
-        <translation type="unfinished"></translation>
+        <translation>Analytisch</translation>
     </message>
     <message>
         <source>Function</source>
-        <translation type="unfinished"></translation>
+        <translation>Funktion</translation>
     </message>
     <message>
         <source>Choose an analytic function.</source>
-        <translation type="unfinished"></translation>
+        <translation>Analytische Funktion wählen.</translation>
     </message>
     <message>
         <source>Blackbody</source>
-        <translation type="unfinished"></translation>
+        <translation>Schwarzer Körper</translation>
     </message>
     <message>
         <source>CIE D</source>
-        <translation type="unfinished"></translation>
+        <translation>CIE D</translation>
     </message>
     <message>
         <source>Gauss</source>
-        <translation type="unfinished"></translation>
+        <translation>Gauß</translation>
     </message>
     <message>
         <source>Cosine</source>
-        <translation type="unfinished"></translation>
+        <translation>Kosinus</translation>
     </message>
     <message>
         <source>Bartlett</source>
-        <translation type="unfinished"></translation>
+        <translation>Bartlett</translation>
     </message>
     <message>
         <source>Blackman</source>
-        <translation type="unfinished"></translation>
+        <translation>Blackman</translation>
     </message>
     <message>
         <source>Connes</source>
-        <translation type="unfinished"></translation>
+        <translation>Connes</translation>
     </message>
     <message>
         <source>Hamming</source>
-        <translation type="unfinished"></translation>
+        <translation>Hamming</translation>
     </message>
     <message>
         <source>Hanning</source>
-        <translation type="unfinished"></translation>
+        <translation>Hanning</translation>
     </message>
     <message>
         <source>Lorentzian</source>
-        <translation type="unfinished"></translation>
+        <translation>Lorentz</translation>
     </message>
     <message>
         <source>Welch</source>
-        <translation type="unfinished"></translation>
+        <translation>Welch</translation>
     </message>
     <message>
         <source>Peak Wavelength</source>
-        <translation type="unfinished"></translation>
+        <translation>Spitzenwellenlänge</translation>
     </message>
     <message>
         <source>enter the wavelength of the peak</source>
-        <translation type="unfinished"></translation>
+        <translation>Wellenlänge des Maximums eingeben</translation>
     </message>
     <message>
         <source>Peak Intensity</source>
-        <translation type="unfinished"></translation>
+        <translation>Spitzenintensität</translation>
     </message>
     <message>
         <source>enter the intensity of the peak</source>
-        <translation type="unfinished"></translation>
+        <translation>Intensität des Maximums eingeben</translation>
     </message>
     <message>
         <source>FWHM</source>
-        <translation type="unfinished"></translation>
+        <translation>FWHM</translation>
     </message>
     <message>
         <source>enter the Full Width at Half Maximum</source>
-        <translation type="unfinished"></translation>
+        <translation>Halbwertsbreite (FWHM) eingeben</translation>
     </message>
     <message>
         <source>Temperature</source>
-        <translation type="unfinished"></translation>
+        <translation>Temperatur</translation>
     </message>
     <message>
         <source> Kelvin</source>
-        <translation type="unfinished"></translation>
+        <translation> Kelvin</translation>
     </message>
     <message>
         <source>Add the analytic function to the current spectral distribution.</source>
-        <translation type="unfinished"></translation>
+        <translation>Analytische Funktion zur aktuellen Spektralverteilung hinzufügen.</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzufügen</translation>
     </message>
     <message>
         <source>Set the analytic function as new spectral distribution.</source>
-        <translation type="unfinished"></translation>
+        <translation>Analytische Funktion als neue Spektralverteilung setzen.</translation>
     </message>
     <message>
         <source>Set</source>
-        <translation type="unfinished"></translation>
+        <translation>Setzen</translation>
     </message>
 </context>
 <context>
@@ -646,7 +649,8 @@ To abort picking click again the Pipette button or right-click anywhere.</source
     <message>
         <source>This Wayland session does not let applications read the screen,
 and its desktop portal offers no color picker.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Wayland-Sitzung erlaubt Anwendungen nicht, den Bildschirm auszulesen,
+und ihr Desktop-Portal bietet keine Farbauswahl an.</translation>
     </message>
 </context>
 <context>
@@ -703,126 +707,126 @@ and its desktop portal offers no color picker.</source>
     <name>zeTextureMetaDataGUI</name>
     <message>
         <source>Image Information</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildinformationen</translation>
     </message>
     <message>
         <source>&lt;filename&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;Dateiname&gt;</translation>
     </message>
     <message>
         <source>Ok</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
     <name>zeTextureMetaDataGUII</name>
     <message>
         <source>Samples per pixel:	</source>
-        <translation type="unfinished"></translation>
+        <translation>Kanäle pro Pixel:	</translation>
     </message>
     <message>
         <source>Bits per sample:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Bits pro Kanal:		</translation>
     </message>
     <message>
         <source>Camera maker:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Hersteller:		</translation>
     </message>
     <message>
         <source>Camera model:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Kameramodell:		</translation>
     </message>
     <message>
         <source>Software:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Software:		</translation>
     </message>
     <message>
         <source>Artist:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Urheber:		</translation>
     </message>
     <message>
         <source>Image description:	</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildbeschreibung:	</translation>
     </message>
     <message>
         <source>Copyright:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Copyright:		</translation>
     </message>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>Ja</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>Nein</translation>
     </message>
     <message>
         <source>Dimension:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Abmessungen:		</translation>
     </message>
     <message>
         <source>Depth:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbtiefe:		</translation>
     </message>
     <message>
         <source>Color channel:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Farbkanal:		</translation>
     </message>
     <message>
         <source>Alpha channel:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Alphakanal:		</translation>
     </message>
     <message>
         <source>Exposure time:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Belichtungszeit:		</translation>
     </message>
     <message>
         <source>F number:		F</source>
-        <translation type="unfinished"></translation>
+        <translation>Blendenzahl:		F</translation>
     </message>
     <message>
         <source>Shutter speed:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Verschlusszeit:		</translation>
     </message>
     <message>
         <source> Tv</source>
-        <translation type="unfinished"></translation>
+        <translation> Tv</translation>
     </message>
     <message>
         <source>Aperture:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Blendenwert:		</translation>
     </message>
     <message>
         <source> Av</source>
-        <translation type="unfinished"></translation>
+        <translation> Av</translation>
     </message>
     <message>
         <source> (F</source>
-        <translation type="unfinished"></translation>
+        <translation> (F</translation>
     </message>
     <message>
         <source>Brightness:		</source>
-        <translation type="unfinished"></translation>
+        <translation>Helligkeit:		</translation>
     </message>
     <message>
         <source>Exposure bias:		</source>
-        <translation type="unfinished"></translation>
+        <translation>EV-Korrektur:		</translation>
     </message>
     <message>
         <source> EV</source>
-        <translation type="unfinished"></translation>
+        <translation> EV</translation>
     </message>
     <message>
         <source>Subject distance:	</source>
-        <translation type="unfinished"></translation>
+        <translation>Entfernung zum Motiv:	</translation>
     </message>
     <message>
         <source>Lens focal length:	</source>
-        <translation type="unfinished"></translation>
+        <translation>Objektivbrennweite:	</translation>
     </message>
     <message>
         <source>Lens focal length in 35mm:	</source>
-        <translation type="unfinished"></translation>
+        <translation>Brennweite in 35mm:	</translation>
     </message>
 </context>
 </TS>
