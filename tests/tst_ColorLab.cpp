@@ -7,6 +7,7 @@
 #include "QZEColorButton.h"
 #include "QZEColorDialog.h"
 #include "QZEColorSlider.h"
+#include "QZESpectrumPlot.h"
 #include "ScreenshotWriter.h"
 #include "SlidersPage.h"
 #include "TestHelpers.h"
@@ -19,14 +20,18 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFrame>
+#include <QGraphicsPathItem>
+#include <QGraphicsView>
 #include <QGridLayout>
 #include <QImage>
 #include <QLabel>
 #include <QPointer>
+#include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTimer>
@@ -321,11 +326,13 @@ void chooseInNextFileDialog(const QString& path)
     });
 }
 
-// The colour dialog's pictures, after the pages: device pixel ratio 1, then 2.
+// The colour dialog's pictures, after the pages: device pixel ratio 1, then
+// 2, then its spectrum tab.
 QStringList dialogShots(const QString& directory)
 {
     return {QDir(directory).filePath(QStringLiteral("colordialog.png")),
-            QDir(directory).filePath(QStringLiteral("colordialog@2x.png"))};
+            QDir(directory).filePath(QStringLiteral("colordialog@2x.png")),
+            QDir(directory).filePath(QStringLiteral("colordialog-spectrum.png"))};
 }
 
 // What --screenshot writes, in order: the pages, the colour dialog, the
@@ -353,9 +360,9 @@ double detailedBlockShare(const QImage& picture)
     return blocks ? double(detailed) / blocks : 0.0;
 }
 
-// The page's two swatches: the colour on screen, then the sent values
-// unconverted.
-QVector<QColor> swatchColors(const DialogPage& page)
+// The page's swatches: the colour on screen, then the sent values
+// unconverted, then the material's spectrum.
+QVector<QColor> allSwatchColors(const DialogPage& page)
 {
     QVector<QColor> colors;
     for (const QFrame* frame : page.findChildren<QFrame*>()) {
@@ -364,6 +371,22 @@ QVector<QColor> swatchColors(const DialogPage& page)
     }
     return colors;
 }
+
+QVector<QColor> swatchColors(const DialogPage& page)
+{
+    return allSwatchColors(page).mid(0, 2);
+}
+
+QColor materialSwatchColor(const DialogPage& page)
+{
+    return allSwatchColors(page).value(2);
+}
+
+// CIE D65 relative to 1 at 560 nm (the CIE table: 117.812 at 460 nm, 100 at
+// 560 nm), on the 380 to 780 nm grid in 5 nm steps.
+constexpr int D65Index460 = (460 - 380) / 5;
+constexpr int D65Index560 = (560 - 380) / 5;
+constexpr float D65At460 = 1.17812f;
 
 QStringList nonEmptyLines(const QString& text)
 {
@@ -405,6 +428,7 @@ private slots:
     void writerStopsAtAFileItCannotWrite();
     void writerRendersTheDialogSharplyAtRatioTwo();
     void writerLeavesAHiddenDialogHidden();
+    void writerRendersTheSpectrumTabWithTheDaylightSpectrum();
 
     void eachSliderIsLabelledWithItsChannel();
     void slidersShowHandWorkedPositions_data();
@@ -433,6 +457,9 @@ private slots:
     void dialogPageShowsEachColourTheDialogSends();
     void dialogPageFollowsAnEditInTheDialog();
     void dialogPageKeepsTheScreenColourWhenTheSrgbSwitchFlips();
+    void dialogPageLendsItsDaylightSpectrumToTheDialogWhenOpening();
+    void dialogPageShowsTheMaterialColourAfterAnRgbEditInTheSpectrumTab();
+    void dialogPageShowsTheFileNameOfASpectrumLoadedInTheDialog();
 
 private:
     static void clickData();
@@ -601,8 +628,8 @@ void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
     QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
 
     QCOMPARE(window.page(0)->objectName(), QStringLiteral("sliders"));
-    QCOMPARE(writer.files().size(), window.pageCount() + 3);
-    QCOMPARE(writer.files().mid(window.pageCount(), 2), dialogShots(directory));
+    QCOMPARE(writer.files().size(), window.pageCount() + 4);
+    QCOMPARE(writer.files().mid(window.pageCount(), 3), dialogShots(directory));
     for (int i = 0; i < window.pageCount(); ++i) {
         const QString file = QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png"));
         QCOMPARE(writer.files().at(i), file);
@@ -680,6 +707,41 @@ void tst_ColorLab::writerLeavesAHiddenDialogHidden()
 
     QVERIFY(!window.colorDialog()->isVisible());
     QVERIFY(!window.colorDialog()->testAttribute(Qt::WA_DontShowOnScreen));
+}
+
+void tst_ColorLab::writerRendersTheSpectrumTabWithTheDaylightSpectrum()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    ColorLabWindow window;
+    QZEColorDialog* dialog = window.colorDialog();
+    auto* tabs = dialog->findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    auto* plotView = dialog->findChild<QGraphicsView*>(QStringLiteral("_spectrumPlot"));
+    QVERIFY(tabs && plotView);
+    QWidget* spectrumTab = dialog->findChild<QWidget*>(QStringLiteral("_spectrum_tab"));
+    QVERIFY(tabs->currentWidget() != spectrumTab);
+    ScreenshotWriter writer(tmp.path());
+
+    QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
+
+    auto* page = window.findChild<DialogPage*>();
+    QVERIFY(page);
+    QCOMPARE(dialog->getSpectrum(), page->materialSpectrum());
+    QCOMPARE(tabs->currentWidget(), spectrumTab);
+    const QImage colourShot(dialogShots(tmp.path()).at(0));
+    const QImage spectrumShot(dialogShots(tmp.path()).at(2));
+    QCOMPARE(spectrumShot.size(), dialog->size());
+    // Where the plot sits on the spectrum tab the colour tab shows something
+    // else; the plot's white curve leaves pure white pixels there.
+    const QRect plotArea(plotView->mapTo(dialog, QPoint(0, 0)), plotView->size());
+    QVERIFY(!plotArea.isEmpty());
+    QVERIFY(spectrumShot.copy(plotArea) != colourShot.copy(plotArea));
+    int white = 0;
+    for (int y = plotArea.top(); y <= plotArea.bottom(); ++y) {
+        for (int x = plotArea.left(); x <= plotArea.right(); ++x)
+            white += spectrumShot.pixel(x, y) == qRgb(255, 255, 255);
+    }
+    QVERIFY2(white > 20, qPrintable(QString::number(white)));
 }
 
 // --- Slider linking ---------------------------------------------------------------
@@ -1103,6 +1165,85 @@ void tst_ColorLab::dialogPageKeepsTheScreenColourWhenTheSrgbSwitchFlips()
 
     QCOMPARE(QZEColor::s_useGamma, true);
     QCOMPARE(swatchColors(page), (QVector<QColor>{DustyRedScreenBytes, DustyRedLinearBytes}));
+}
+
+void tst_ColorLab::dialogPageLendsItsDaylightSpectrumToTheDialogWhenOpening()
+{
+    DialogPage page;
+    const osg::SpectrumPtr material = page.materialSpectrum();
+    QVERIFY(material);
+    QVERIFY(page.dialog()->getSpectrum() != material);
+    QCOMPARE(material->getStartWavelength(), 380);
+    QCOMPARE(material->getDeltaWavelength(), 5);
+    QCOMPARE(material->getNumSamples(), 81);
+    QVERIFY(std::abs(material->getSourceValues(D65Index560) - 1.0f) < 0.02f);
+    QVERIFY(std::abs(material->getSourceValues(D65Index460) - D65At460) < 0.03f);
+
+    QTest::mouseClick(page.openButton(), Qt::LeftButton);
+
+    QCOMPARE(page.dialog()->getSpectrum(), material);
+    QCOMPARE(page.dialog()->getSpectrumPlot()->getSpectrum(), material);
+    auto* tabs = page.dialog()->findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    QVERIFY(tabs);
+    QVERIFY(tabs->isTabEnabled(tabs->indexOf(page.dialog()->findChild<QWidget*>(QStringLiteral("_spectrum_tab")))));
+    page.dialog()->close();
+}
+
+void tst_ColorLab::dialogPageShowsTheMaterialColourAfterAnRgbEditInTheSpectrumTab()
+{
+    QZEColor::s_useGamma = true;
+    DialogPage page;
+    QVERIFY(shown(page));
+    page.openDialog();
+    const QPainterPath daylightCurve = page.materialPlot()->getCurve()->path();
+    const float rgb[3] = {0.6f, 0.3f, 0.1f};
+    const char* const sliders[3] = {"_redSlider_s", "_greenSlider_s", "_blueSlider_s"};
+    for (int i = 0; i < 3; ++i) {
+        auto* slider = page.dialog()->findChild<QZEColorSlider*>(QString::fromLatin1(sliders[i]));
+        QVERIFY(slider);
+        slider->setValue(rgb[i]);
+    }
+
+    page.dialog()->rgbSpectrumSliderChanged(rgb[0]);
+
+    // The spectrum now reflects about linear (0.6, 0.3, 0.1) times its
+    // brightness, shown with its brightest channel at 1: (1, 0.5, 0.167),
+    // whose sRGB encoding is (1, 0.735, 0.445), bytes (255, 188, 113). A
+    // spectrum built from RGB gives its colour back only closely, hence the
+    // margin.
+    const QColor onSwatch = materialSwatchColor(page);
+    const QColor expected(255, 188, 113);
+    QVERIFY2(std::abs(onSwatch.red() - expected.red()) <= 6 && std::abs(onSwatch.green() - expected.green()) <= 6
+                 && std::abs(onSwatch.blue() - expected.blue()) <= 6,
+             qPrintable(onSwatch.name()));
+    QCOMPARE(page.materialColor(), onSwatch);
+    QVERIFY(page.materialPlot()->getCurve()->path() != daylightCurve);
+    page.dialog()->close();
+}
+
+void tst_ColorLab::dialogPageShowsTheFileNameOfASpectrumLoadedInTheDialog()
+{
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    const QString path = tmp.filePath(QStringLiteral("leaf.txt"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QByteArray columns("400 0.25\n500 0.5\n600 0.75\n700 1.0\n");
+    QCOMPARE(file.write(columns), qint64(columns.size()));
+    file.close();
+    DialogPage page;
+    page.openDialog();
+    QVERIFY(page.materialFileLabel()->text() != QStringLiteral("leaf.txt"));
+    auto* line = page.dialog()->findChild<QLineEdit*>(QStringLiteral("_load_spectrum_line"));
+    QVERIFY(line);
+
+    line->setText(path);
+    QTest::keyClick(line, Qt::Key_Return);
+
+    QCOMPARE(page.materialSpectrum()->getSourceValues(), (std::vector<float>{0.25f, 0.5f, 0.75f, 1.0f}));
+    QCOMPARE(page.materialFileLabel()->text(), QStringLiteral("leaf.txt"));
+    QCOMPARE(page.materialFileLabel()->toolTip(), QDir::toNativeSeparators(path));
+    page.dialog()->close();
 }
 
 QTEST_MAIN(tst_ColorLab)

@@ -223,7 +223,7 @@ private slots:
     void applyResamplesToSpinBoxSamplingAsVersionOne();
     void applyWithNonUniformCheckedGivesVersionTwo();
     void applyOnSpectrumWithoutValuesMakesZeros();
-    void uniformModeRecordsVersionAndLoadsDefaultPreset();
+    void uniformModeRecordsOnlyTheVersionFieldAndKeepsTheValues();
     void cancelInNonUniformMessageBoxKeepsNonUniformSampling();
     void okInNonUniformMessageBoxLoadsDefaultPresetAndApplyMakesUniform();
 
@@ -878,7 +878,7 @@ void tst_QZEColorDialogSpectrum::applyOnSpectrumWithoutValuesMakesZeros()
     QCOMPARE(spectrum->getDeltaWavelength(), 10);
 }
 
-void tst_QZEColorDialogSpectrum::uniformModeRecordsVersionAndLoadsDefaultPreset()
+void tst_QZEColorDialogSpectrum::uniformModeRecordsOnlyTheVersionFieldAndKeepsTheValues()
 {
     const auto dialog = makeDialog();
     const osg::SpectrumPtr spectrum = uniformSpectrum(400, 10, std::vector<float>(31, 0.5f));

@@ -1,6 +1,7 @@
 #include "ScreenshotWriter.h"
 
 #include "ColorLabWindow.h"
+#include "DialogPage.h"
 #include "ImagesPage.h"
 #include "QZEColorDialog.h"
 #include "zeTextureMetaDataGUII.h"
@@ -9,6 +10,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QSaveFile>
+#include <QTabWidget>
 
 const QSize ScreenshotWriter::WindowSize(860, 620);
 
@@ -21,7 +23,8 @@ bool ScreenshotWriter::write(ColorLabWindow& window)
         _error = tr("Cannot create the directory %1.").arg(QDir::toNativeSeparators(_directory));
         return false;
     }
-    return writePages(window, dir) && writeDialog(*window.colorDialog(), dir)
+    return writePages(window, dir)
+           && writeDialog(*window.colorDialog(), *window.findChild<DialogPage*>(), dir)
            && writeImageInformation(window, dir);
 }
 
@@ -40,10 +43,7 @@ bool ScreenshotWriter::writePages(ColorLabWindow& window, const QDir& dir)
     return true;
 }
 
-// The dialog is painted through a painter on an image of the wanted pixel
-// ratio, so the ratio-2 picture is drawn at twice the resolution (text and
-// gradients sharp) rather than scaled up from the ratio-1 one.
-bool ScreenshotWriter::writeDialog(QWidget& dialog, const QDir& dir)
+bool ScreenshotWriter::writeDialog(QZEColorDialog& dialog, DialogPage& page, const QDir& dir)
 {
     const bool wasVisible = dialog.isVisible();
     if (!wasVisible) {
@@ -51,25 +51,45 @@ bool ScreenshotWriter::writeDialog(QWidget& dialog, const QDir& dir)
         dialog.show();
     }
     QCoreApplication::processEvents();
-    bool written = true;
-    for (const int ratio : {1, 2}) {
-        QImage image(dialog.size() * ratio, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(ratio);
-        image.fill(Qt::transparent);
-        {
-            QPainter painter(&image);
-            dialog.render(&painter);
-        }
-        const QString name = ratio == 1 ? QStringLiteral("colordialog.png") : QStringLiteral("colordialog@2x.png");
-        written = save(image, dir.filePath(name));
-        if (!written)
-            break;
-    }
+    const bool written = writeDialogAtRatio(dialog, 1, dir.filePath(QStringLiteral("colordialog.png")))
+                         && writeDialogAtRatio(dialog, 2, dir.filePath(QStringLiteral("colordialog@2x.png")))
+                         && writeSpectrumTab(dialog, page, dir);
     if (!wasVisible) {
         dialog.hide();
         dialog.setAttribute(Qt::WA_DontShowOnScreen, false);
     }
     return written;
+}
+
+// The dialog is painted through a painter on an image of the wanted pixel
+// ratio, so the ratio-2 picture is drawn at twice the resolution (text and
+// gradients sharp) rather than scaled up from the ratio-1 one.
+bool ScreenshotWriter::writeDialogAtRatio(QWidget& dialog, int ratio, const QString& file)
+{
+    QImage image(dialog.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        dialog.render(&painter);
+    }
+    return save(image, file);
+}
+
+// The dialog stays on the spectrum tab afterwards, as after the page's
+// button: with an active spectrum it keeps its colour tab disabled. The tab
+// can only be chosen once it holds a spectrum, and the dialog fits its plot
+// to the view when it is given one, so the spectrum is lent again once the
+// chosen tab's layout has settled.
+bool ScreenshotWriter::writeSpectrumTab(QZEColorDialog& dialog, DialogPage& page, const QDir& dir)
+{
+    page.lendSpectrumToDialog();
+    auto* tabs = dialog.findChild<QTabWidget*>(QStringLiteral("tabWidget"));
+    tabs->setCurrentWidget(dialog.findChild<QWidget*>(QStringLiteral("_spectrum_tab")));
+    QCoreApplication::processEvents();
+    page.lendSpectrumToDialog();
+    QCoreApplication::processEvents();
+    return writeDialogAtRatio(dialog, 1, dir.filePath(QStringLiteral("colordialog-spectrum.png")));
 }
 
 bool ScreenshotWriter::writeImageInformation(ColorLabWindow& window, const QDir& dir)
