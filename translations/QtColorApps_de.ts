@@ -227,6 +227,30 @@
         <source>Screen colour</source>
         <translation>Bildschirmfarbe</translation>
     </message>
+    <message>
+        <source>Daylight</source>
+        <translation>Tageslicht</translation>
+    </message>
+    <message>
+        <source>none (not loaded from a file)</source>
+        <translation>keine (nicht aus einer Datei geladen)</translation>
+    </message>
+    <message>
+        <source>Material &quot;%1&quot; and its spectrum</source>
+        <translation>Material &quot;%1&quot; und sein Spektrum</translation>
+    </message>
+    <message>
+        <source>The colour of the material&apos;s spectrum</source>
+        <translation>Die Farbe des Spektrums des Materials</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Spectrum file</source>
+        <translation>Spektrumdatei</translation>
+    </message>
 </context>
 <context>
     <name>ImageMetaGui</name>
