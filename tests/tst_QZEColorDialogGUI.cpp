@@ -166,6 +166,7 @@ private slots:
     void groupBoxesAndSwatchesAreFlatWhereListed();
     void framesHaveTheirShape_data();
     void framesHaveTheirShape();
+    void spectrumPlotViewGivesTheSceneItsWholeArea();
     void outputLabelsAreRightAlignedAndVerticallyCentred();
     void everyPushButtonHasAutoDefaultOff();
     void modeButtonsFormOneExclusiveGroupWithHueChecked();
@@ -707,6 +708,18 @@ void tst_QZEColorDialogGUI::framesHaveTheirShape()
     auto* frame = child<QFrame>(QTest::currentDataTag());
     QVERIFY(frame);
     QCOMPARE(int(frame->frameShape()), shape);
+}
+
+// The dialog fits the plot's scene to the view's size: without a frame and
+// scroll bars the viewport is exactly that size, so nothing scrolls or is cut.
+void tst_QZEColorDialogGUI::spectrumPlotViewGivesTheSceneItsWholeArea()
+{
+    QGraphicsView* view = _ui._spectrumPlot;
+    QCOMPARE(int(view->frameShape()), int(QFrame::NoFrame));
+    QCOMPARE(view->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(view->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    view->resize(300, 200);
+    QCOMPARE(view->contentsRect(), view->rect());
 }
 
 void tst_QZEColorDialogGUI::outputLabelsAreRightAlignedAndVerticallyCentred()
