@@ -17,6 +17,7 @@ private slots:
     void guiOfAnUnreadableFileFailsWithTheWarning();
     void guiUsageErrorsExitWithTwo_data();
     void guiUsageErrorsExitWithTwo();
+    void guiWithoutADisplaySaysSoAndExitsWithTwo();
 
 private:
     struct Result
@@ -26,7 +27,8 @@ private:
         QString err;
     };
 
-    Result runTool(const QStringList& arguments) const;
+    Result runTool(const QStringList& arguments, QProcessEnvironment environment = offscreen()) const;
+    static QProcessEnvironment offscreen();
     QString path(const QString& name) const { return _dir.filePath(name); }
 
     QTemporaryDir _dir;
@@ -43,10 +45,16 @@ void tst_ImageMetaGui::initTestCase()
     QVERIFY(ImageFixtures::writeFile(path(QStringLiteral("words.txt")), "no image here\n"));
 }
 
-tst_ImageMetaGui::Result tst_ImageMetaGui::runTool(const QStringList& arguments) const
+QProcessEnvironment tst_ImageMetaGui::offscreen()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return environment;
+}
+
+tst_ImageMetaGui::Result tst_ImageMetaGui::runTool(const QStringList& arguments,
+                                                   QProcessEnvironment environment) const
+{
     environment.insert(QStringLiteral("ZEIMAGEMETA_CLOSE_AT_ONCE"), QStringLiteral("1"));
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -126,6 +134,23 @@ void tst_ImageMetaGui::guiUsageErrorsExitWithTwo()
     QVERIFY2(result.err.contains(QStringLiteral("zeimagemeta: ") + message), qPrintable(result.err));
     QVERIFY2(result.err.contains(QStringLiteral("Run 'zeimagemeta --help' for usage.")),
              qPrintable(result.err));
+}
+
+// Without a display the toolkit would abort with the advice to reinstall.
+void tst_ImageMetaGui::guiWithoutADisplaySaysSoAndExitsWithTwo()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromLatin1(name));
+
+    const Result result = runTool({QStringLiteral("--gui"), QStringLiteral("camera.jpg")}, environment);
+
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(result.out.isEmpty());
+    QVERIFY2(result.err.contains(QStringLiteral("zeimagemeta: no display to show the dialog on")),
+             qPrintable(result.err));
+    QVERIFY2(result.err.contains(QStringLiteral("'zeimagemeta show FILE'")), qPrintable(result.err));
+    QVERIFY2(!result.err.contains(QStringLiteral("Reinstalling")), qPrintable(result.err));
 }
 
 QTEST_GUILESS_MAIN(tst_ImageMetaGui)

@@ -274,6 +274,10 @@
         <source>Run &apos;zeimagemeta --help&apos; for usage.</source>
         <translation>&apos;zeimagemeta --help&apos; zeigt Hinweise zum Aufruf.</translation>
     </message>
+    <message>
+        <source>no display to show the dialog on: neither DISPLAY nor WAYLAND_DISPLAY is set; &apos;zeimagemeta show FILE&apos; prints the same information</source>
+        <translation>keine Anzeige für den Dialog: weder DISPLAY noch WAYLAND_DISPLAY ist gesetzt; &apos;zeimagemeta show FILE&apos; gibt dieselben Angaben aus</translation>
+    </message>
 </context>
 <context>
     <name>ImageMetaTool</name>

@@ -46,19 +46,39 @@ bool ImageMetaGui::isRequested(int argc, char** argv)
     return false;
 }
 
+// A display that can be named: QApplication opens it at once and aborts,
+// advising a reinstall, when there is none.
+bool ImageMetaGui::hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY")
+           || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 int ImageMetaGui::run(int argc, char** argv)
 {
-    QApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("zeimagemeta"));
+    // The arguments and the display are checked before the application
+    // exists, so that a mistake is reported and not a toolkit abort.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
     QCommandLineParser parser;
     const QCommandLineOption gui(QStringLiteral("gui"),
                                  tr("Show the image information dialog for FILE."), tr("FILE"));
     parser.addOption(gui);
-    if (!parser.parse(QCoreApplication::arguments()))
+    if (!parser.parse(arguments))
         return usageError(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
         return usageError(tr("--gui takes exactly one FILE and no command"));
+    if (!hasDisplay()) {
+        std::fprintf(stderr, "zeimagemeta: %s\n",
+                     qPrintable(tr("no display to show the dialog on: neither DISPLAY nor "
+                                   "WAYLAND_DISPLAY is set; 'zeimagemeta show FILE' prints the "
+                                   "same information")));
+        return 2;
+    }
 
+    QApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("zeimagemeta"));
     const QString file = parser.value(gui);
     const osg::ImagePtr image = osg::Image::create();
     image->setName(file.toUtf8().toStdString());

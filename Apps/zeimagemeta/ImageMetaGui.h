@@ -6,7 +6,7 @@
 // zeimagemeta's window mode: "zeimagemeta --gui FILE" shows the image
 // information dialog for FILE and runs until the dialog is closed. Exit
 // status as for the other commands: 0, 1 when FILE cannot be read, 2 on a
-// usage error.
+// usage error or without a display.
 class ImageMetaGui
 {
     Q_DECLARE_TR_FUNCTIONS(ImageMetaGui)
@@ -20,6 +20,7 @@ public:
     static int run(int argc, char** argv);
 
 private:
+    static bool hasDisplay();
     static int usageError(const QString& message);
 };
 
