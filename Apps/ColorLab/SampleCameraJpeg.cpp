@@ -8,7 +8,7 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
-#include <QSaveFile>
+#include <QZEAtomicFileWriter.h>
 
 #include <memory>
 #include <stdexcept>
@@ -120,8 +120,8 @@ bool SampleCameraJpeg::addExif(QByteArray& jpeg)
 
 bool SampleCameraJpeg::save(const QString& path, const QByteArray& jpeg)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(jpeg) == jpeg.size() && file.commit())
+    QZEAtomicFileWriter file(path);
+    if (file.open() && file.write(jpeg) && file.commit())
         return true;
     _error = tr("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
     return false;

@@ -6,10 +6,12 @@
 #include "QZEColorDialog.h"
 #include "zeTextureMetaDataGUII.h"
 
+#include <QZEAtomicFileWriter.h>
+
+#include <QBuffer>
 #include <QDir>
 #include <QPainter>
 #include <QPixmap>
-#include <QSaveFile>
 #include <QTabWidget>
 
 const QSize ScreenshotWriter::WindowSize(860, 620);
@@ -110,8 +112,11 @@ bool ScreenshotWriter::writeImageInformation(ColorLabWindow& window, const QDir&
 
 bool ScreenshotWriter::save(const QImage& image, const QString& file)
 {
-    QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly) || !image.save(&out, "PNG") || !out.commit()) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    QZEAtomicFileWriter out(file);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG") || !out.open()
+        || !out.write(png) || !out.commit()) {
         _error = tr("Cannot write %1.").arg(QDir::toNativeSeparators(file));
         return false;
     }
