@@ -10,6 +10,12 @@ packages=(
   libexiv2-dev
   libbenchmark-dev
   xvfb xauth dbus-daemon
+  qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
+  qt6-image-formats-plugins libqt6svg6-dev
+  doxygen graphviz
+  dpkg-dev fakeroot lintian file
+  libvips-tools exiv2
+  ccache
 )
 
 missing=()
