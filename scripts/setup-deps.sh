@@ -11,7 +11,7 @@ packages=(
   libbenchmark-dev
   xvfb xauth dbus-daemon
   qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
-  qt6-image-formats-plugins libqt6svg6-dev
+  qt6-image-formats-plugins qt6-svg-dev
   doxygen graphviz
   dpkg-dev fakeroot lintian file
   libvips-tools exiv2
