@@ -7,9 +7,9 @@
 
 namespace osg {
 
-// The edits of one thread since the host last synchronised: which containers
-// changed and which of their fields. Entries keep their containers alive
-// until clear(); edits of one container merge into one entry.
+/// The edits of one thread since the host last synchronised: which containers
+/// changed and which of their fields. Entries keep their containers alive
+/// until clear(); edits of one container merge into one entry.
 class ChangeList
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     void addChanged(const FieldContainerPtr& container, BitVector whichField);
     const std::vector<Entry>& getChanged() const { return _entries; }
-    // The fields recorded for container (0 when it is not in the list).
+    /// The fields recorded for container (0 when it is not in the list).
     BitVector getChangedMask(const FieldContainerPtr& container) const;
     bool empty() const { return _entries.empty(); }
     void clear() { _entries.clear(); }

@@ -8,8 +8,8 @@
 
 namespace osg {
 
-// A counted pointer to a field container: every copy holds one reference and
-// the last one to go destroys the container. NullFC is the null value.
+/// A counted pointer to a field container: every copy holds one reference and
+/// the last one to go destroys the container. NullFC is the null value.
 class FieldContainerPtr
 {
 public:
@@ -31,8 +31,8 @@ public:
     bool operator==(const FieldContainerPtr& other) const { return _container == other._container; }
     bool operator!=(const FieldContainerPtr& other) const { return _container != other._container; }
 
-    // While set, edits are recorded in the change list but containers are not
-    // told through changed(); a host sets it while it loads or syncs a scene.
+    /// While set, edits are recorded in the change list but containers are not
+    /// told through changed(); a host sets it while it loads or syncs a scene.
     static bool _ignore_change;
 
 protected:
@@ -51,14 +51,14 @@ private:
     }
 };
 
-// Pointers to containers that can carry attachments (images).
+/// Pointers to containers that can carry attachments (images).
 class AttachmentContainerPtr : public FieldContainerPtr
 {
 public:
     using FieldContainerPtr::FieldContainerPtr;
 };
 
-// The typed pointer: BasePtr's counting with access to the container as T.
+/// The typed pointer: BasePtr's counting with access to the container as T.
 template <class BasePtr, class T>
 class FCPtr : public BasePtr
 {
@@ -74,8 +74,8 @@ public:
 
 extern const FieldContainerPtr NullFC;
 
-// An extra reference beyond the pointers' own, for hosts that keep a
-// container through a raw pointer; each addRefCP needs its subRefCP.
+/// An extra reference beyond the pointers' own, for hosts that keep a
+/// container through a raw pointer; each addRefCP needs its subRefCP.
 void addRefCP(const FieldContainerPtr& pointer);
 void subRefCP(const FieldContainerPtr& pointer);
 

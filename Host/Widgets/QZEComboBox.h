@@ -3,7 +3,7 @@
 
 #include <QComboBox>
 
-// The host's combo box: a QComboBox named after its class.
+/// The host's combo box: a QComboBox named after its class.
 class QZEComboBox : public QComboBox
 {
     Q_OBJECT

@@ -3,11 +3,11 @@
 
 #include <QDoubleSpinBox>
 
-// A QDoubleSpinBox whose shown decimals are set apart from the precision it
-// keeps: the value is held to ValueDecimals places, the text shows
-// getDisplayDecimals() of them. With exact display decimals on, the text
-// always has that many ("0.500"); off, it has at most that many, without
-// trailing zeros ("0.5", "1").
+/// A QDoubleSpinBox whose shown decimals are set apart from the precision it
+/// keeps: the value is held to ValueDecimals places, the text shows
+/// getDisplayDecimals() of them. With exact display decimals on, the text
+/// always has that many ("0.500"); off, it has at most that many, without
+/// trailing zeros ("0.5", "1").
 class QZEDoubleSpiner : public QDoubleSpinBox
 {
     Q_OBJECT

@@ -3,11 +3,11 @@
 
 #include <QPushButton>
 
-// A push button that any mouse button clicks, and that remembers, for the
-// whole process, which mouse button was released last over a QZEPushButton,
-// so that the code a click runs can act differently on a right click.
-// The button is recorded before clicked() is emitted. Keyboard clicks do not
-// change it; before the first release it is Qt::LeftButton.
+/// A push button that any mouse button clicks, and that remembers, for the
+/// whole process, which mouse button was released last over a QZEPushButton,
+/// so that the code a click runs can act differently on a right click.
+/// The button is recorded before clicked() is emitted. Keyboard clicks do not
+/// change it; before the first release it is Qt::LeftButton.
 class QZEPushButton : public QPushButton
 {
     Q_OBJECT

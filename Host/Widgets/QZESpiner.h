@@ -3,7 +3,7 @@
 
 #include <QSpinBox>
 
-// The host's integer spin box: a QSpinBox named after its class.
+/// The host's integer spin box: a QSpinBox named after its class.
 class QZESpiner : public QSpinBox
 {
     Q_OBJECT

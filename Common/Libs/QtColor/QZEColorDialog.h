@@ -22,33 +22,33 @@ class QZEScreenPicker;
 class QZESpectrumPlot;
 class Ui_QZEColorDialogGUI;
 
-// The colour chooser that every colour button opens.
-//
-// The dialog works live: each edit of the colour field, a slider, a spin box,
-// a custom colour or the pipette emits colorChanged() at once, so that the host
-// previews the colour while the dialog is open. reinit() starts a new editing
-// pass and remembers the colour it was given; cancelling, closing the window
-// and Escape emit that colour again before the dialog goes away.
-//
-// Inside, the colour is held linear. What comes in through setColor() and goes
-// out through getColor() and colorChanged() is linear too while
-// QZEColor::s_useGamma is set, and sRGB-encoded while it is clear. reject()
-// and closeEvent() emit the remembered colour as it is stored, unencoded.
-//
-// Everything the dialog writes back into its own controls is written with
-// their signals blocked, so a refresh never runs a handler and never emits.
-//
-// The pipette reads the screen where the platform allows it: a small,
-// almost transparent window follows the cursor outside the dialog and a left
-// release there picks the pixel under it. On a Wayland session the desktop
-// portal's colour picker does the picking; without either the pipette button
-// is disabled and says why.
-//
-// The spectrum tab edits a spectrum the host lends through initSpectrum() in
-// place. Every field write is first recorded in the current thread's change
-// list, and every edit resamples the spectrum before its colour is taken, so
-// the colour, the labels and the plot always show the spectrum as it now is.
-// "Cancel" on that tab puts back the copy taken at initSpectrum().
+/// The colour chooser that every colour button opens.
+///
+/// The dialog works live: each edit of the colour field, a slider, a spin box,
+/// a custom colour or the pipette emits colorChanged() at once, so that the host
+/// previews the colour while the dialog is open. reinit() starts a new editing
+/// pass and remembers the colour it was given; cancelling, closing the window
+/// and Escape emit that colour again before the dialog goes away.
+///
+/// Inside, the colour is held linear. What comes in through setColor() and goes
+/// out through getColor() and colorChanged() is linear too while
+/// QZEColor::s_useGamma is set, and sRGB-encoded while it is clear. reject()
+/// and closeEvent() emit the remembered colour as it is stored, unencoded.
+///
+/// Everything the dialog writes back into its own controls is written with
+/// their signals blocked, so a refresh never runs a handler and never emits.
+///
+/// The pipette reads the screen where the platform allows it: a small,
+/// almost transparent window follows the cursor outside the dialog and a left
+/// release there picks the pixel under it. On a Wayland session the desktop
+/// portal's colour picker does the picking; without either the pipette button
+/// is disabled and says why.
+///
+/// The spectrum tab edits a spectrum the host lends through initSpectrum() in
+/// place. Every field write is first recorded in the current thread's change
+/// list, and every edit resamples the spectrum before its colour is taken, so
+/// the colour, the labels and the plot always show the spectrum as it now is.
+/// "Cancel" on that tab puts back the copy taken at initSpectrum().
 class QZEColorDialog : public QDialog
 {
     Q_OBJECT
@@ -67,21 +67,21 @@ public:
 
     static QZEColor grabScreenColor(const QPoint& position);
 
-    // Asks the user for a spectrum file: an open-file dialog, or with
-    // forSaving a save-file dialog. Returns the chosen path, empty when the
-    // user cancels.
+    /// Asks the user for a spectrum file: an open-file dialog, or with
+    /// forSaving a save-file dialog. Returns the chosen path, empty when the
+    /// user cancels.
     using SpectrumPathChooser = QString (*)(QWidget* parent, const QString& caption,
                                             const QString& directory, const QString& filter,
                                             bool forSaving);
-    // Installs chooser (nullptr restores the file dialogs) and returns the
-    // previous one (nullptr for the file dialogs).
+    /// Installs chooser (nullptr restores the file dialogs) and returns the
+    /// previous one (nullptr for the file dialogs).
     static SpectrumPathChooser setSpectrumPathChooser(SpectrumPathChooser chooser);
 
     const std::vector<SamplingPreset>& getSamplingPresets() const { return _samplingPresetList; }
     QZESpectrumPlot* getSpectrumPlot() const { return _plot; }
     osg::SpectrumPtr getSpectrum() const { return _spectrum; }
 
-    // The sampling editor's last state, for the next dialog of the process.
+    /// The sampling editor's last state, for the next dialog of the process.
     static bool _samplingEditorEnabled;
 
 signals:
@@ -158,14 +158,14 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    // One colour channel's slider and spin box.
+    /// One colour channel's slider and spin box.
     struct Channel
     {
         QZEColorSlider::Mode mode;
         QZEColorSlider* slider;
         QZEDoubleSpiner* spiner;
     };
-    // Red, green, blue, hue, saturation, value, L*, a*, b*.
+    /// Red, green, blue, hue, saturation, value, L*, a*, b*.
     std::array<Channel, 9> channels() const;
 
     void init();
@@ -175,7 +175,7 @@ private:
     void setUpPipette();
     void setUpSwatches();
 
-    // Slider units: hue 0..1 for 0..359.99 degrees, a* and b* centred on 0.5.
+    /// Slider units: hue 0..1 for 0..359.99 degrees, a* and b* centred on 0.5.
     void writeComponent(QZEColorSlider::Mode mode, float position);
     void writeLab(int component, float value);
     void editComponent(QZEColorSlider::Mode mode, float position);

@@ -3,8 +3,8 @@
 
 #include <QString>
 
-// A uniform wavelength sampling offered by the colour dialog's sampling
-// editor, with the label its preset list shows.
+/// A uniform wavelength sampling offered by the colour dialog's sampling
+/// editor, with the label its preset list shows.
 class SamplingPreset
 {
 public:

@@ -15,12 +15,12 @@ class QDBusPendingCallWatcher;
 class QDBusServiceWatcher;
 class QWidget;
 
-// Reads colours off the screen for the colour dialog's pipette: directly
-// where the platform lets a program read the screen, through the desktop
-// portal's colour picker on a Wayland session that offers one.
-//
-// pickThroughPortal() answers every call with exactly one colorPicked() or
-// pickCancelled(), always from the event loop, never from inside the call.
+/// Reads colours off the screen for the colour dialog's pipette: directly
+/// where the platform lets a program read the screen, through the desktop
+/// portal's colour picker on a Wayland session that offers one.
+///
+/// pickThroughPortal() answers every call with exactly one colorPicked() or
+/// pickCancelled(), always from the event loop, never from inside the call.
 class QZEScreenPicker : public QObject
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ private:
     bool listenForResponse(const QString& requestPath, bool listen);
     void finishRequest(const QString& requestPath, const QColor& color);
 
-    // Request object paths whose answer has not yet been passed on.
+    /// Request object paths whose answer has not yet been passed on.
     QSet<QString> _pendingRequests;
     QDBusServiceWatcher* _portalWatcher = nullptr;
 };

@@ -3,29 +3,29 @@
 
 #include "QZESpectrum.h"
 
-// The process-wide reference spectra: the CIE colour matching functions, the
-// illuminants A, D65 and E and the fourteen basis spectra of Smits'
-// RGB-to-spectrum method. Built from constant tables compiled into the
-// library; created on first use by getInstance() and never freed.
+/// The process-wide reference spectra: the CIE colour matching functions, the
+/// illuminants A, D65 and E and the fourteen basis spectra of Smits'
+/// RGB-to-spectrum method. Built from constant tables compiled into the
+/// library; created on first use by getInstance() and never freed.
 class QZESpectralData
 {
 public:
     enum Basis { White, Cyan, Magenta, Yellow, Red, Green, Blue, NumBases };
 
-    // The shared instance, built with the CIE 1931 observer on first use.
+    /// The shared instance, built with the CIE 1931 observer on first use.
     static QZESpectralData* getInstance();
 
-    // Registers itself as the shared instance; all members start as default
-    // spectra until initCIE1931() or initCIE2006() fills them.
+    /// Registers itself as the shared instance; all members start as default
+    /// spectra until initCIE1931() or initCIE2006() fills them.
     QZESpectralData();
 
     void initCIE1931();
     void initCIE2006();
     void initSpectralData();
 
-    // Resamples the reflectance bases onto a uniform grid and remembers it;
-    // a grid of no samples is ignored. initSpectralData() leaves the key at
-    // the grid it loads the bases on (380, 5, 81).
+    /// Resamples the reflectance bases onto a uniform grid and remembers it;
+    /// a grid of no samples is ignored. initSpectralData() leaves the key at
+    /// the grid it loads the bases on (380, 5, 81).
     void resampleReflSpec(int start, int delta, int num);
     bool hasReflSampling(int start, int delta, int num) const;
 
