@@ -14,16 +14,19 @@ class zeFile
     Q_DECLARE_TR_FUNCTIONS(zeFile)
 
 public:
+    /// Shows or logs a failed check: a short title and a message naming the path.
     using Reporter = void (*)(const QString& title, const QString& message);
 
     /// An existing file (not a directory) the user may read.
     static bool checkRead(const QString& path);
-    static bool checkRead(const char* path); // UTF-8
+    /// checkRead() for a UTF-8 encoded path.
+    static bool checkRead(const char* path);
 
     /// An existing file (not a directory) the user may write, or a new file
     /// in an existing directory the user may write in.
     static bool checkWrite(const QString& path);
-    static bool checkWrite(const char* path); // UTF-8
+    /// checkWrite() for a UTF-8 encoded path.
+    static bool checkWrite(const char* path);
 
     /// Installs reporter (nullptr restores the default) and returns the
     /// previous one (nullptr for the default).

@@ -16,6 +16,7 @@
 class zeIconManager
 {
 public:
+    /// The icon for name ("FileOpen", "CreateNew" or "Save"); null for other names.
     static QIcon getIcon(const QString& name);
 };
 

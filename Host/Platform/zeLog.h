@@ -8,8 +8,10 @@
 class zeLog
 {
 public:
+    /// Receives each formatted warning, without a trailing newline.
     using Handler = void (*)(const char* message);
 
+    /// Formats a warning like printf and hands it to the installed handler.
     static void warning(const char* format, ...) Q_ATTRIBUTE_FORMAT_PRINTF(1, 2);
 
     /// Installs handler (nullptr restores the default, qWarning) and returns

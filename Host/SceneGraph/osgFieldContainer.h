@@ -24,7 +24,9 @@ public:
     /// edited them (1: a user interface). The base does nothing.
     virtual void changed(BitVector whichField, UInt32 origin);
 
+    /// The number of references held (pointers and explicit addRefCP calls).
     int getRefCount() const { return _refCount.load(std::memory_order_acquire); }
+    /// Adds one reference; each needs a matching subRef().
     void addRef() { _refCount.fetch_add(1, std::memory_order_relaxed); }
     /// Drops one reference; the last one destroys the container.
     void subRef();
