@@ -44,8 +44,10 @@ class zeImageMetaData
 public:
     /// The attachment name of the record block; also the request for metadata.
     static std::string getAttachmentKey();
-    static std::string getBaselineDataKey(); // "BaselineData"
-    static std::string getEXIFDataKey();     // "EXIFData"
+    /// The attachment name of the baseline tags block, "BaselineData".
+    static std::string getBaselineDataKey();
+    /// The attachment name of the EXIF exposure block, "EXIFData".
+    static std::string getEXIFDataKey();
 
     /// Reads the record attached to image (a null image has none). withEXIF
     /// says whether the EXIF properties inside the XMP are wanted as well:

@@ -13,8 +13,10 @@
 class zeImageMetaReader
 {
 public:
-    static constexpr std::size_t MaxFileSize = std::size_t(1) << 30; // 1 GiB
+    /// Largest file whose metadata is read: 1 GiB.
+    static constexpr std::size_t MaxFileSize = std::size_t(1) << 30;
 
+    /// The three metadata blocks an image read attaches.
     struct Blocks
     {
         /// "@KEY value" lines of the TIFF/EXIF image tags.
@@ -26,6 +28,7 @@ public:
         /// otherwise.
         std::string record;
 
+        /// True when all three blocks are empty.
         bool isEmpty() const { return baseline.empty() && exif.empty() && record.empty(); }
     };
 

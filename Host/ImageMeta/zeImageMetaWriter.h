@@ -23,18 +23,19 @@ class zeRenderSettings;
 class zeImageMetaWriter
 {
 public:
+    /// What stamp() did; every value but Stamped leaves the file untouched.
     enum Result {
-        Stamped,
-        FileTooLarge,      // over 1 GiB
-        CannotReadFile,    // missing, unreadable, a directory, a device
-        NotAnImage,        // exiv2 does not recognise or cannot parse it
-        UnsupportedFormat, // exiv2 cannot write XMP into this format (BMP, GIF, ...)
-        NoEXIFToCopy,      // exifInXMP asked for, but the file has no EXIF data
-        CannotEncode,      // exiv2 failed to write the new metadata, or the file's XMP
-                           /// binds the record's prefix to another namespace
-        CannotWriteFile,   // the changed file could not be saved
-        UnreadableXMP      // exiv2 cannot parse the file's XMP packet (too deeply
-                           /// nested, for example); stamping would lose it
+        Stamped,           ///< The record was written.
+        FileTooLarge,      ///< Over 1 GiB.
+        CannotReadFile,    ///< Missing, unreadable, a directory, a device.
+        NotAnImage,        ///< exiv2 does not recognise or cannot parse it.
+        UnsupportedFormat, ///< exiv2 cannot write XMP into this format (BMP, GIF, ...).
+        NoEXIFToCopy,      ///< exifInXMP asked for, but the file has no EXIF data.
+        CannotEncode,      ///< exiv2 failed to write the new metadata, or the file's
+                           ///< XMP binds the record's prefix to another namespace.
+        CannotWriteFile,   ///< The changed file could not be saved.
+        UnreadableXMP      ///< exiv2 cannot parse the file's XMP packet (too deeply
+                           ///< nested, for example); stamping would lose it.
     };
 
     /// utf8Path names the file. detail, when given, receives exiv2's or the

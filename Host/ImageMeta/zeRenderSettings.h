@@ -37,17 +37,27 @@ public:
         RaytracingSettings = 64,
         SwitchMaterialStates = 128
     };
+    /// The OR of every group bit.
     static constexpr int AllGroups = 255;
 
+    /// One setting of a group: its key and its value, as UTF-8 text.
     using Setting = std::pair<std::string, std::string>;
 
+    /// @{
+    /// The scene file the image was rendered from (UTF-8; empty when unknown).
     const std::string& getSceneFile() const { return _sceneFile; }
     void setSceneFile(const std::string& name) { _sceneFile = name; }
+    /// @}
+    /// @{
+    /// The version of the renderer that wrote the image (empty when unknown).
     const std::string& getApplicationVersion() const { return _applicationVersion; }
     void setApplicationVersion(const std::string& version) { _applicationVersion = version; }
+    /// @}
     /// An ISO 8601 date and time, for example "2024-05-17T14:30:00".
+    /// @{
     const std::string& getRenderDate() const { return _renderDate; }
     void setRenderDate(const std::string& date) { _renderDate = date; }
+    /// @}
 
     /// Whether any of the three texts above is set.
     bool hasGeneralInformation() const;
@@ -67,7 +77,11 @@ public:
     /// No general information and no group.
     bool isEmpty() const { return !hasGeneralInformation() && _groups.empty(); }
 
+    /// @{
+    /// Same texts, same groups and the same settings in the same order.
     bool operator==(const zeRenderSettings& other) const;
+    /// @}
+    /// Negation of operator==.
     bool operator!=(const zeRenderSettings& other) const { return !(*this == other); }
 
     /// Whether bit is exactly one of the group bits.

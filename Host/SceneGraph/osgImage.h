@@ -36,28 +36,36 @@ using ImagePtr = FCPtr<AttachmentContainerPtr, Image>;
 class Image : public FieldContainer
 {
 public:
-    static constexpr qint64 MaxFileSize = qint64(1) << 30;   // 1 GiB
-    static constexpr qint64 MaxPixelBytes = qint64(1) << 30; // 1 GiB
+    /// Largest file read() and readHeader() open: 1 GiB.
+    static constexpr qint64 MaxFileSize = qint64(1) << 30;
+    /// Largest decoded image read() accepts: 1 GiB of pixels.
+    static constexpr qint64 MaxPixelBytes = qint64(1) << 30;
 
+    /// A new empty image (0 x 0 x 0, no attachments).
     static ImagePtr create();
 
     /// The file the image was read from, as given to read() (UTF-8).
     const std::string& getName() const { return _name; }
+    /// Sets the name getName() reports; the file is not touched.
     void setName(const std::string& name) { _name = name; }
 
     /// 0 x 0 x 0 until an image is read; the depth (number of slices) is 1
     /// for every image whose size is known.
+    /// @{
     int getWidth() const { return _width; }
     int getHeight() const { return _height; }
     int getDepth() const { return _depth; }
+    /// @}
     /// Whether the pixels carry colour: false for grey images and for
     /// palettes of grey entries only, whatever the pixels hold.
     bool hasColorChannel() const { return _hasColor; }
+    /// Whether the pixels carry an alpha channel.
     bool hasAlphaChannel() const { return _hasAlpha; }
     /// The decoded pixels, in the format the decoder chose; null after
     /// readHeader().
     const QImage& getPixels() const { return _pixels; }
 
+    /// Attaches value under key, replacing an earlier attachment of that key.
     void setAttachmentField(const std::string& key, const std::string& value);
     /// The attachment under key; nothing when there is none.
     std::optional<std::string> findAttachmentField(const std::string& key) const;

@@ -9,6 +9,8 @@ class QZEComboBox : public QComboBox
     Q_OBJECT
 
 public:
+    /// A widget with parent; name, when given, becomes its object name
+    /// (otherwise the class name does).
     explicit QZEComboBox(QWidget* parent = nullptr, const char* name = nullptr);
 };
 

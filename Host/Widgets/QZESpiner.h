@@ -9,6 +9,8 @@ class QZESpiner : public QSpinBox
     Q_OBJECT
 
 public:
+    /// A widget with parent; name, when given, becomes its object name
+    /// (otherwise the class name does).
     explicit QZESpiner(QWidget* parent = nullptr, const char* name = nullptr);
 };
 
