@@ -51,6 +51,7 @@
 class QZEAnalyticSpectrum
 {
 public:
+    /// The formulas, in the order the colour dialog's function list shows them.
     enum Function {
         Blackbody,
         CIEDaylight,
@@ -66,6 +67,9 @@ public:
         NumFunctions
     };
 
+    /// function is a Function value; peakWavelength and fwhm in nanometres,
+    /// peakIntensity relative, temperature in Kelvin. Parameters the function
+    /// does not use are ignored; unusable ones make the spectrum invalid.
     QZEAnalyticSpectrum(int function, float peakWavelength, float peakIntensity, float fwhm,
                         float temperature);
 

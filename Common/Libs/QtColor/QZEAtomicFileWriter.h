@@ -18,10 +18,12 @@
 class QZEAtomicFileWriter
 {
 public:
+    /// A writer for the file name; nothing happens on disk before open().
     explicit QZEAtomicFileWriter(const QString& name);
     QZEAtomicFileWriter(const QZEAtomicFileWriter&) = delete;
     QZEAtomicFileWriter& operator=(const QZEAtomicFileWriter&) = delete;
 
+    /// Creates the temporary file; false, with errorString(), when refused.
     bool open();
     /// All of bytes, or false.
     bool write(const QByteArray& bytes);

@@ -12,6 +12,8 @@
 class QZEBoundedFileReader
 {
 public:
+    /// What read() did: read it all, could not open, refused as larger than
+    /// the limit, or failed while reading.
     enum Result { Read, OpenFailed, TooLarge, ReadFailed };
 
     /// The largest limit: what one QByteArray holds with room to spare.

@@ -41,6 +41,7 @@ public:
     /// stay in English).
     static QTranslator* install(const QString& catalogue = LibraryCatalogue,
                                 const QLocale& locale = QLocale::system());
+    /// install() looking only in folders, in order.
     static QTranslator* install(const QString& catalogue, const QLocale& locale,
                                 const QStringList& folders);
 

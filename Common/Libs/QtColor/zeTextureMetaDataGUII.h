@@ -22,6 +22,7 @@ class zeTextureMetaDataGUII : public QDialog
     Q_OBJECT
 
 public:
+    /// An empty dialog over parent, deleted when closed.
     explicit zeTextureMetaDataGUII(QWidget* parent = nullptr);
 
     /// Fills the dialog from the file image was read from. Returns false,
