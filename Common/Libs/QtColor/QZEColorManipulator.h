@@ -25,6 +25,7 @@ class QZEColorSlider;
 class QZEColorManipulator : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(bool sliderVisible READ isSliderVisible WRITE setSliderVisible)
 
 public:
     explicit QZEColorManipulator(QWidget* parent = nullptr, const char* name = nullptr);
