@@ -3,6 +3,7 @@
 # another prefix (or made with cmake --install --prefix) still works.
 file(RELATIVE_PATH QTCOLOR_PKGCONFIG_TO_PREFIX
   /prefix/${QTCOLOR_PKGCONFIG_INSTALL_DIR} /prefix)
+string(REGEX REPLACE "/$" "" QTCOLOR_PKGCONFIG_TO_PREFIX "${QTCOLOR_PKGCONFIG_TO_PREFIX}")
 
 # All three libraries: the widgets, the host kit they call, the core below both.
 set(QTCOLOR_PKGCONFIG_LIBS "")
@@ -11,16 +12,6 @@ foreach(library QtColorWidgets QtColorHost QtColorCore)
   string(APPEND QTCOLOR_PKGCONFIG_LIBS " -l${outputName}")
 endforeach()
 string(STRIP "${QTCOLOR_PKGCONFIG_LIBS}" QTCOLOR_PKGCONFIG_LIBS)
-
-# Qt built with reduced relocations requires position-independent code of
-# everything that includes its headers; its CMake targets say so, but its
-# pkg-config files do not, so ours passes it on.
-get_target_property(qtWantsPic Qt${QTCOLOR_QT_MAJOR}::Core INTERFACE_POSITION_INDEPENDENT_CODE)
-if(qtWantsPic)
-  set(QTCOLOR_PKGCONFIG_CFLAGS -fPIC)
-else()
-  set(QTCOLOR_PKGCONFIG_CFLAGS "")
-endif()
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/QtColor.pc.in
   ${CMAKE_CURRENT_BINARY_DIR}/${QTCOLOR_PACKAGE_NAME}.pc @ONLY)

@@ -76,7 +76,8 @@ fi
 
 # --- Files --------------------------------------------------------------------
 
-contents() { dpkg-deb --contents "$1" | awk '{ print $NF }' | sed -e 's|^\./|/|' -e 's| -> .*||'; }
+# The path is the sixth column; a symbolic link's target follows it.
+contents() { dpkg-deb --contents "$1" | awk '{ print $6 }' | sed -e 's|^\./|/|'; }
 contents "$runtime_deb" >"$work/runtime.files"
 contents "$development_deb" >"$work/development.files"
 

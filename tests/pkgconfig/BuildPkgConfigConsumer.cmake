@@ -38,7 +38,9 @@ endif()
 
 separate_arguments(flags UNIX_COMMAND "${flags}")
 separate_arguments(extraFlags UNIX_COMMAND "${CXX_FLAGS} ${LINKER_FLAGS}")
-run_step("build consumer" ${CXX_COMPILER} -std=c++17 ${extraFlags}
+# Qt, built with reduced relocations, needs position-independent code of its
+# users; qmake and Meson add -fPIC themselves, a Makefile project adds it so.
+run_step("build consumer" ${CXX_COMPILER} -std=c++17 -fPIC ${extraFlags}
   ${CONSUMER_SOURCE} -o ${WORK_DIR}/consumer ${flags})
 
 set(ENV{LD_LIBRARY_PATH} ${PREFIX}/${LIBDIR})
