@@ -12,6 +12,8 @@ function(qtcolor_add_library target exportName)
     EXPORT_NAME ${exportName}
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR})
+  # The libraries find each other in their own folder, whatever the prefix.
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   if(exportName STREQUAL "QtColor")
     set_target_properties(${target} PROPERTIES OUTPUT_NAME ${QTCOLOR_PACKAGE_NAME})
   else()

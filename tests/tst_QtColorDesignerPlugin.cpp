@@ -1,5 +1,6 @@
 // The Qt Designer plugin as Designer sees it: loaded from the build tree's
-// plugin folder, one widget box entry per exported widget.
+// plugin folder (or the installed plugin named by QTCOLOR_DESIGNER_PLUGIN),
+// one widget box entry per exported widget.
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
 
@@ -109,7 +110,8 @@ private:
 
 void tst_QtColorDesignerPlugin::initTestCase()
 {
-    _loader.setFileName(QStringLiteral(QTCOLOR_DESIGNER_PLUGIN));
+    _loader.setFileName(
+        qEnvironmentVariable("QTCOLOR_DESIGNER_PLUGIN", QStringLiteral(QTCOLOR_DESIGNER_PLUGIN)));
     QVERIFY2(_loader.load(), qPrintable(_loader.errorString()));
     QCOMPARE(_loader.metaData().value(QLatin1String("IID")).toString(),
              QStringLiteral("org.qt-project.Qt.QDesignerCustomWidgetCollectionInterface"));

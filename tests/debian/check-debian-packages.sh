@@ -118,6 +118,25 @@ sort "$work/development.files" | grep -v "/$" >"$work/development.sorted"
 comm -12 "$work/runtime.sorted" "$work/development.sorted" >"$work/shared"
 [ ! -s "$work/shared" ] || fail "files in both packages: $(cat "$work/shared")"
 
+# A Qt 5 and a Qt 6 build install side by side: every file is named for this
+# build, by the package name, the Debian package name, the Qt major version
+# of a Qt plugin folder, or the program suffix.
+named_for_build() {
+    local path=$1 program
+    case "$path" in
+    */"$PACKAGE_NAME"/* | */lib"$PACKAGE_NAME"* | */"$PACKAGE_NAME".pc) return 0 ;;
+    /usr/share/doc/"$RUNTIME_PACKAGE"/* | /usr/share/doc/"$DEVELOPMENT_PACKAGE"/*) return 0 ;;
+    */qt"$QT_MAJOR"/plugins/*) return 0 ;;
+    esac
+    for program in $PROGRAMS; do
+        [ "$path" = "/usr/bin/$program$NAME_SUFFIX" ] && return 0
+    done
+    return 1
+}
+while read -r path; do
+    named_for_build "$path" || fail "$path is not named for the $PACKAGE_NAME build"
+done < <(cat "$work/runtime.sorted" "$work/development.sorted")
+
 # --- Lintian ------------------------------------------------------------------
 
 accepted=$(grep -v -e '^#' -e '^$' "$here/lintian-accepted-tags" | paste -sd, -)
