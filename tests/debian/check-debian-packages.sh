@@ -28,6 +28,7 @@ mkdir -p "$work"
 "$CPACK" -G DEB --config "$build/CPackConfig.cmake" -B "$work/out" >"$work/cpack.log" 2>&1 ||
     { cat "$work/cpack.log" >&2; echo "FAIL: cpack" >&2; exit 1; }
 
+echo "cpack: ${SECONDS} s"
 arch=$(dpkg --print-architecture)
 runtime_deb=$work/out/${RUNTIME_PACKAGE}_${VERSION}_${arch}.deb
 development_deb=$work/out/${DEVELOPMENT_PACKAGE}_${VERSION}_${arch}.deb
@@ -144,6 +145,7 @@ lintian --no-cfg --allow-root --suppress-tags "$accepted" --fail-on error,warnin
     "$runtime_deb" "$development_deb" >"$work/lintian.log" 2>&1 ||
     fail "lintian: $(cat "$work/lintian.log")"
 cat "$work/lintian.log"
+echo "lintian done: ${SECONDS} s"
 
 # --- Unpacked into a scratch root ------------------------------------------------
 
