@@ -8,12 +8,7 @@ foreach(var PREFIX LIBDIR PACKAGE CONSUMER_SOURCE WORK_DIR CXX_COMPILER)
   endif()
 endforeach()
 
-function(run_step what)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
-  if(NOT result EQUAL 0)
-    message(FATAL_ERROR "${what} failed (${result})")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../RunStep.cmake)
 
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
