@@ -70,8 +70,10 @@ public:
     /// borders, maximum and visible samples, and no guide shown since. Then
     /// it moves the bars, dots and curve and renews the dots' tooltips
     /// instead of recreating the scene, which a slider drag on a whole
-    /// spectrum does many times a second. For an owner that leaves the
-    /// plot's items alone; one that adds or changes items calls update().
+    /// spectrum does many times a second; the scene is then the one a
+    /// rebuild makes, only its items are the same objects as before. For an
+    /// owner that leaves the plot's items alone; one that adds or changes
+    /// items calls update().
     void redraw(float width, float height);
 
     void setPaintSampleMode(bool on) { _paintSampleMode = on; }
