@@ -45,6 +45,7 @@ signals:
     void spectrumEdited();
 
 protected:
+    /// Rebuilds the plot at the new viewport size.
     void resizeEvent(QResizeEvent* event) override;
 
 private slots:
