@@ -30,7 +30,7 @@ class QPainter;
 /// saturation->setMaxColor(QZEColor(200.0f, 1.0f, 0.8f)); // fully saturated end
 /// saturation->setValue(0.5f, false);                     // no signals
 /// QObject::connect(saturation, SIGNAL(colorChanged(QZEColor)),
-///                  swatch, SLOT(setColor(QZEColor)));
+///                  editor, SLOT(previewColor(QZEColor)));
 /// \endcode
 class QZEColorSlider : public QWidget
 {
