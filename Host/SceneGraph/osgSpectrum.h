@@ -154,7 +154,8 @@ public:
     /// Reads or writes a spectrum file at the UTF-8 path utf8Path; false on
     /// any failure or a null path. load() reads a native file (a name holding
     /// ".spectral") or a two-column text file (".txt"), either case, and
-    /// refuses other names silently; format errors go to standard error.
+    /// refuses other names silently; format errors go to standard error and
+    /// leave the spectrum inactive.
     /// load() fills only the source (resample() brings the bands up to
     /// date). save() writes the native format and replaces the file
     /// atomically, leaving the old file whole on failure.
