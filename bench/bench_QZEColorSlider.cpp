@@ -1,11 +1,18 @@
-// Full repaint of a 400 x 24 QZEColorSlider in every mode, as a host sees it:
-// QWidget::render() into a preallocated image, which goes through paintEvent,
-// recomputes every column colour and draws background, strip, bevel and handle.
+// Repaints of a 400 x 24 QZEColorSlider in every mode, as a host sees them:
+// QWidget::render() into a preallocated image, which goes through paintEvent.
 //
-// "ReferencePerColumn" paints the same pixels the straightforward way, one
-// drawLine per column with a pen of that column's colour, for comparison.
-// Before any timing, main() checks once per mode that the widget and the
-// reference produce identical pixels, so the figures compare equal work.
+// "SliderStripChange" alternates the end colour before every render, so that
+// every repaint computes the strip anew (every mode's cached strip depends on
+// the end colour). "SliderHandleMove" alternates the handle between two
+// positions, as a drag does: the strip is the cached one. "SliderRepaint"
+// renders with nothing changed.
+//
+// "QSliderHandleMove" is the same as "SliderHandleMove" for a QSlider in the
+// Fusion style of the same size, the reference for a drag step.
+// "ReferencePerColumn" paints the same pixels as the colour slider the
+// straightforward way, one drawLine per column with a pen of that column's
+// colour. Before any timing, main() checks once per mode that the widget and
+// the reference produce identical pixels, so the figures compare equal work.
 
 #include "BenchMain.h"
 #include "QZEColorSlider.h"
@@ -17,7 +24,11 @@
 #include <QMetaEnum>
 #include <QPainter>
 #include <QPalette>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleFactory>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,8 +37,11 @@ namespace {
 constexpr int Width = 400;
 constexpr int Height = 24;
 constexpr float HandlePosition = 0.37f;
+constexpr float OtherHandlePosition = 0.62f;
 // A mid-saturated blue: gives the Saturation, Value and Lab strips a real ramp.
 const QZEColor EndColour(200.0f, 0.6f, 0.8f);
+// What the end colour alternates with in SliderStripChange.
+const QZEColor OtherEndColour(20.0f, 0.7f, 0.6f);
 
 struct Scene
 {
@@ -211,6 +225,48 @@ void BM_SliderRepaint(benchmark::State& state, const Scene& scene)
         slider.render(&image);
 }
 
+void BM_SliderHandleMove(benchmark::State& state, const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    QImage image = blankImage();
+    bool flip = false;
+    for (auto _ : state) {
+        flip = !flip;
+        slider.setValue(flip ? OtherHandlePosition : HandlePosition, false);
+        slider.render(&image);
+    }
+}
+
+void BM_SliderStripChange(benchmark::State& state, const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    QImage image = blankImage();
+    bool flip = false;
+    for (auto _ : state) {
+        flip = !flip;
+        slider.setMaxColor(flip ? OtherEndColour : EndColour);
+        slider.render(&image);
+    }
+}
+
+void BM_QSliderHandleMove(benchmark::State& state)
+{
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+    QSlider slider(Qt::Horizontal);
+    slider.setStyle(fusion.get());
+    slider.setRange(0, 1000);
+    slider.resize(Width, Height);
+    QImage image = blankImage();
+    bool flip = false;
+    for (auto _ : state) {
+        flip = !flip;
+        slider.setValue(flip ? 620 : 370);
+        slider.render(&image);
+    }
+}
+
 void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
 {
     QImage image = blankImage();
@@ -222,7 +278,10 @@ void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
 
 void registerBenchmarks(const std::vector<Scene>& scenes)
 {
+    registerInMicroseconds("QSliderHandleMove", BM_QSliderHandleMove);
     for (const Scene& scene : scenes) {
+        registerInMicroseconds("SliderHandleMove/" + scene.name, BM_SliderHandleMove, scene);
+        registerInMicroseconds("SliderStripChange/" + scene.name, BM_SliderStripChange, scene);
         registerInMicroseconds("SliderRepaint/" + scene.name, BM_SliderRepaint, scene);
         registerInMicroseconds("ReferencePerColumn/" + scene.name, BM_ReferencePerColumn, scene);
     }
