@@ -19,6 +19,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMetaEnum>
@@ -170,11 +171,29 @@ void paintBevel(QPainter& painter)
     outline(painter, 1, 1, Width - 2, Height - 2);
 }
 
+// The application font at the largest pixel size whose glyphs, drawn on
+// baseline, keep to rows 3 .. H-2 (the text is short enough for 400 pixels).
+QFont fontFittingRows(const QString& text, int baseline, const QPaintDevice* device)
+{
+    QFont font = QApplication::font();
+    int size = font.pixelSize() > 0 ? font.pixelSize()
+                                    : int(font.pointSizeF() * device->logicalDpiY() / 72.0);
+    for (; size > 1; --size) {
+        font.setPixelSize(size);
+        const QRect ink = QFontMetrics(font, device).tightBoundingRect(text);
+        if (baseline + ink.top() >= 3 && baseline + ink.bottom() <= Height - 2)
+            break;
+    }
+    return font;
+}
+
 void paintDisabledText(QPainter& painter)
 {
+    const QString text =
+        QCoreApplication::translate("QZEColorSlider", "Disabled, using photometric mode.");
+    painter.setFont(fontFittingRows(text, Height - 4, painter.device()));
     painter.setPen(cosmeticPen(QColor(192, 192, 192)));
-    painter.drawText(QPointF(5.0, Height - 4),
-                     QCoreApplication::translate("QZEColorSlider", "Disabled, using photometric mode."));
+    painter.drawText(QPointF(5.0, Height - 4), text);
 }
 
 void paintHandle(QPainter& painter)
@@ -216,39 +235,43 @@ bool rendersLikeReference(const Scene& scene)
 
 // --- Benchmarks ----------------------------------------------------------------
 
+// Renders widget once per iteration after change(widget, flip), where flip
+// alternates between true and false.
+template <typename Widget, typename Change>
+void renderAlternating(benchmark::State& state, Widget& widget, Change change)
+{
+    QImage image = blankImage();
+    bool flip = false;
+    for (auto _ : state) {
+        flip = !flip;
+        change(widget, flip);
+        widget.render(&image);
+    }
+}
+
 void BM_SliderRepaint(benchmark::State& state, const Scene& scene)
 {
     QZEColorSlider slider;
     configure(slider, scene);
-    QImage image = blankImage();
-    for (auto _ : state)
-        slider.render(&image);
+    renderAlternating(state, slider, [](QZEColorSlider&, bool) {});
 }
 
 void BM_SliderHandleMove(benchmark::State& state, const Scene& scene)
 {
     QZEColorSlider slider;
     configure(slider, scene);
-    QImage image = blankImage();
-    bool flip = false;
-    for (auto _ : state) {
-        flip = !flip;
-        slider.setValue(flip ? OtherHandlePosition : HandlePosition, false);
-        slider.render(&image);
-    }
+    renderAlternating(state, slider, [](QZEColorSlider& s, bool flip) {
+        s.setValue(flip ? OtherHandlePosition : HandlePosition, false);
+    });
 }
 
 void BM_SliderStripChange(benchmark::State& state, const Scene& scene)
 {
     QZEColorSlider slider;
     configure(slider, scene);
-    QImage image = blankImage();
-    bool flip = false;
-    for (auto _ : state) {
-        flip = !flip;
-        slider.setMaxColor(flip ? OtherEndColour : EndColour);
-        slider.render(&image);
-    }
+    renderAlternating(state, slider, [](QZEColorSlider& s, bool flip) {
+        s.setMaxColor(flip ? OtherEndColour : EndColour);
+    });
 }
 
 void BM_QSliderHandleMove(benchmark::State& state)
@@ -258,13 +281,7 @@ void BM_QSliderHandleMove(benchmark::State& state)
     slider.setStyle(fusion.get());
     slider.setRange(0, 1000);
     slider.resize(Width, Height);
-    QImage image = blankImage();
-    bool flip = false;
-    for (auto _ : state) {
-        flip = !flip;
-        slider.setValue(flip ? 620 : 370);
-        slider.render(&image);
-    }
+    renderAlternating(state, slider, [](QSlider& s, bool flip) { s.setValue(flip ? 620 : 370); });
 }
 
 void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
