@@ -87,7 +87,9 @@ std::unique_ptr<QDialog> showBlocker(QWidget* parent)
 }
 
 // The picker's first output; empty when it ends without writing before a
-// poll sees it.
+// poll sees it. The user's input is handled while polling, not held back:
+// the blocker drops what is meant for the host's windows, whereas input
+// held back would reach them once the blocker is gone.
 QString pollFirstAnswer(QProcess& process)
 {
     QString text;
@@ -95,7 +97,7 @@ QString pollFirstAnswer(QProcess& process)
         text = QString::fromUtf8(process.readAllStandardOutput());
         if (!text.isEmpty())
             break;
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
         QThread::msleep(1);
     }
     return text;
@@ -433,10 +435,6 @@ QString QZEImageFileDialog::getOpenFileNameExternalProc(QWidget* parent, const Q
     process.setWorkingDirectory(binDir);
     process.start(program, arguments, QIODevice::ReadWrite);
     const QString answer = parseAnswer(pollFirstAnswer(process), metaDataChoice);
-    // The poll leaves the user's input to the host queued; it meets the
-    // blocker here and is dropped instead of reaching the host's windows
-    // once the picker has gone.
-    QCoreApplication::processEvents();
     if (process.state() != QProcess::NotRunning) {
         process.kill();
         process.waitForFinished();
