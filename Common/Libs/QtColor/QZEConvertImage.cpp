@@ -11,6 +11,7 @@
 #include <QPainterPath>
 #include <QThreadPool>
 
+#include <algorithm>
 #include <cmath>
 #include <mutex>
 #include <utility>
@@ -93,12 +94,24 @@ QImage QZEConvertImage::composeCanvas(const QImage& picture, QSize scaled, bool 
     return canvas;
 }
 
-// The baseline sits on the box's vertical middle.
+// The baseline sits on the box's vertical middle. A message wider than the
+// box (a large default font, a long translation) is drawn smaller so that it
+// stays inside the frame.
 void QZEConvertImage::drawMessage(QPainter& painter, const QRectF& box, const QString& message)
 {
     const QPen previous = painter.pen();
     painter.setPen(Qt::red);
-    const int width = painter.fontMetrics().horizontalAdvance(message);
+    int width = painter.fontMetrics().horizontalAdvance(message);
+    if (width > box.width()) {
+        QFont smaller = painter.font();
+        const qreal shrink = box.width() / width;
+        if (smaller.pointSizeF() > 0)
+            smaller.setPointSizeF(smaller.pointSizeF() * shrink);
+        else
+            smaller.setPixelSize(std::max(1, int(smaller.pixelSize() * shrink)));
+        painter.setFont(smaller);
+        width = painter.fontMetrics().horizontalAdvance(message);
+    }
     painter.drawText(QPoint(int(std::lround(box.x() + (box.width() - width) * 0.5)),
                             int(std::lround(box.y() + box.height() - box.height() * 0.5))),
                      message);
