@@ -73,6 +73,11 @@ inline int channelDifference(QRgb a, QRgb b)
                      std::abs(qBlue(a) - qBlue(b))});
 }
 
+inline bool near(QRgb actual, const QColor& wanted, int tolerance = 2)
+{
+    return channelDifference(actual, wanted.rgb()) <= tolerance;
+}
+
 // The largest channel difference between the two images over region, and
 // where it is.
 inline int largestDifference(const QImage& actual, const QImage& wanted, const QRect& region,

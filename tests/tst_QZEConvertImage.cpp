@@ -4,9 +4,12 @@
 
 #include "QZEConvertImage.h"
 #include "QZEImageFileDialog.h"
+#include "QZEThumbnailCache.h"
+#include "ImageFixtures.h"
 #include "TestHelpers.h"
 #include "ThumbnailCanvas.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFontMetrics>
 #include <QGuiApplication>
@@ -25,6 +28,7 @@ namespace {
 
 const QColor s_background(90, 110, 130);
 const QColor s_pictureColour(30, 200, 60);
+
 
 // What the conversion callback was asked, and what it answers.
 QMutex s_callbackMutex;
@@ -68,10 +72,17 @@ private slots:
     void callbackReturningNullShowsConversionError();
     void jobPostsExactlyOneEventOfType1000ToItsReceiver();
     void finishedImageOfNullEntryIsNull();
+    void decodedPictureIsStoredInTheSharedCacheAtItsLargeSize();
+    void sharedCacheHitIsFramedExactlyLikeAColdDecode();
+    void cacheEntryOfAPictureOfAnotherSizeIsIgnored();
+    void largeEnoughExifPreviewIsUsedAndFramedLikeADecode();
+    void exifPreviewSmallerThanTheThumbnailIsNotUsed();
 
 private:
     QImage convert(const QString& path, const QColor& background = s_background);
     QString solidPicture(int width, int height);
+    QString photoWithPreview(const QString& name, QSize preview);
+    void compareFraming(const QImage& canvas, const QImage& reference, QSize scaled);
     void compareWithExpected(const QImage& canvas, QSize scaled, const QColor& picture);
 
     ScratchCacheHome _cacheHome;
@@ -347,6 +358,104 @@ void tst_QZEConvertImage::finishedImageOfNullEntryIsNull()
     QVERIFY(QZEConvertImage::finishedImage(nullptr).isNull());
     const QImage unfinished;
     QVERIFY(QZEConvertImage::finishedImage(&unfinished).isNull());
+}
+
+namespace {
+
+const QColor s_otherColour(220, 180, 20);
+
+QByteArray jpegOf(QSize size, const QColor& colour)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    return image.save(&buffer, "jpeg", 95) ? bytes : QByteArray();
+}
+
+} // namespace
+
+// Canvas and reference agree everywhere but inside the picture box.
+void tst_QZEConvertImage::compareFraming(const QImage& canvas, const QImage& reference,
+                                        QSize scaled)
+{
+    QImage outside = canvas;
+    QImage referenceOutside = reference;
+    const QRect box = pictureBox(scaled);
+    QPainter(&outside).fillRect(box, Qt::black);
+    QPainter(&referenceOutside).fillRect(box, Qt::black);
+    QCOMPARE(largestDifference(outside, referenceOutside, outside.rect()), 0);
+}
+
+void tst_QZEConvertImage::decodedPictureIsStoredInTheSharedCacheAtItsLargeSize()
+{
+    const QString path = _dir.filePath(QStringLiteral("fresh-4000x3000.png"));
+    QVERIFY(writeSolid(path, 4000, 3000, s_pictureColour));
+    QVERIFY(!QFile::exists(QZEThumbnailCache::thumbnailPath(path)));
+    convert(path);
+    QVERIFY(QZEThumbnailCache::thumbnailPath(path).startsWith(_cacheHome.path()));
+    QSize original;
+    const QImage stored = QZEThumbnailCache::load(path, &original);
+    // 256 x 192 fits 4000 x 3000 into the cache's 256-pixel box.
+    QCOMPARE(stored.size(), QSize(256, 192));
+    QCOMPARE(original, QSize(4000, 3000));
+    QVERIFY(near(stored.pixel(128, 96), s_pictureColour));
+}
+
+void tst_QZEConvertImage::sharedCacheHitIsFramedExactlyLikeAColdDecode()
+{
+    const QString path = _dir.filePath(QStringLiteral("cached-4000x3000.png"));
+    QVERIFY(writeSolid(path, 4000, 3000, s_pictureColour));
+    const QImage cold = convert(path);
+    // Another program's thumbnail of the same file, in another colour: what
+    // the next job shows must come from it.
+    QImage other(256, 192, QImage::Format_RGB32);
+    other.fill(s_otherColour);
+    QVERIFY(QZEThumbnailCache::store(path, other, QSize(4000, 3000)));
+    const QImage hit = convert(path);
+    QVERIFY(near(hit.pixel(96, 96), s_otherColour));
+    QVERIFY(near(cold.pixel(96, 96), s_pictureColour));
+    QZE_CHECK(compareFraming(hit, cold, QSize(154, 115)));
+    QZE_CHECK(compareWithExpected(cold, QSize(154, 115), s_pictureColour));
+}
+
+void tst_QZEConvertImage::cacheEntryOfAPictureOfAnotherSizeIsIgnored()
+{
+    const QString path = _dir.filePath(QStringLiteral("resized-640x480.png"));
+    QVERIFY(writeSolid(path, 640, 480, s_pictureColour));
+    QImage other(256, 192, QImage::Format_RGB32);
+    other.fill(s_otherColour);
+    QVERIFY(QZEThumbnailCache::store(path, other, QSize(1280, 960)));
+    const QImage canvas = convert(path);
+    QZE_CHECK(compareWithExpected(canvas, QSize(154, 115), s_pictureColour));
+}
+
+QString tst_QZEConvertImage::photoWithPreview(const QString& name, QSize preview)
+{
+    const QString path = _dir.filePath(name);
+    if (!ImageFixtures::writeFile(path, jpegOf(QSize(1600, 1200), s_pictureColour))
+        || !ImageFixtures::embedExifPreview(path, jpegOf(preview, s_otherColour)))
+        return QString();
+    return path;
+}
+
+void tst_QZEConvertImage::largeEnoughExifPreviewIsUsedAndFramedLikeADecode()
+{
+    const QString path = photoWithPreview(QStringLiteral("camera.jpg"), QSize(160, 120));
+    QVERIFY(!path.isEmpty());
+    const QImage canvas = convert(path);
+    // 160 x 120 covers the 154 x 115 picture box: the preview's colour shows.
+    QVERIFY(near(canvas.pixel(96, 96), s_otherColour, 12));
+    QZE_CHECK(compareFraming(canvas, expected(QSize(154, 115), s_pictureColour, s_background),
+                             QSize(154, 115)));
+}
+
+void tst_QZEConvertImage::exifPreviewSmallerThanTheThumbnailIsNotUsed()
+{
+    const QString path = photoWithPreview(QStringLiteral("small-preview.jpg"), QSize(120, 90));
+    QVERIFY(!path.isEmpty());
+    const QImage canvas = convert(path);
+    QVERIFY(near(canvas.pixel(96, 96), s_pictureColour, 12));
 }
 
 QTEST_MAIN(tst_QZEConvertImage)

@@ -56,10 +56,6 @@ QColor colourOf(int number)
     return QColor::fromHsv(60 + number % 240, 200, 200);
 }
 
-bool near(QRgb actual, const QColor& wanted, int tolerance = 2)
-{
-    return channelDifference(actual, wanted.rgb()) <= tolerance;
-}
 
 } // namespace
 

@@ -1,6 +1,8 @@
 #include "QZEConvertImage.h"
 
+#include "QZEExifPreview.h"
 #include "QZEImageFileDialog.h"
+#include "QZEThumbnailCache.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -68,11 +70,47 @@ QImage QZEConvertImage::readPicture(int box, QSize& scaled) const
 QImage QZEConvertImage::readWithReader(int box, QSize& scaled) const
 {
     QImageReader reader(_fileName);
-    scaled = reader.size().scaled(box, box, Qt::KeepAspectRatio);
+    const QSize original = reader.size();
+    scaled = original.scaled(box, box, Qt::KeepAspectRatio);
     if (scaled.width() <= 0 || scaled.height() < 1)
         scaled = QSize(_size, _size);
-    reader.setScaledSize(scaled);
-    return reader.read();
+    if (!original.isValid()) {
+        reader.setScaledSize(scaled);
+        return reader.read();
+    }
+    const QImage ready = cachedOrPreview(original, scaled);
+    if (!ready.isNull())
+        return ready.scaled(scaled, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return decodeForSharedCache(reader, original, scaled);
+}
+
+// A picture some program (this one included) made before: the shared
+// cache's, when it was made from a picture of this size, else the JPEG's own
+// embedded preview when it is at least as large as the thumbnail.
+QImage QZEConvertImage::cachedOrPreview(QSize original, QSize scaled) const
+{
+    QSize cachedOriginal;
+    const QImage cached = QZEThumbnailCache::load(_fileName, &cachedOriginal);
+    if (!cached.isNull() && cachedOriginal == original)
+        return cached;
+    return QZEExifPreview::read(_fileName, scaled, nullptr);
+}
+
+// Decodes at the shared cache's size rather than the thumbnail's, so that the
+// entry it leaves there serves other desktop programs too, then fits it.
+QImage QZEConvertImage::decodeForSharedCache(QImageReader& reader, QSize original,
+                                             QSize scaled) const
+{
+    const QSize largest(QZEThumbnailCache::MaxEdge, QZEThumbnailCache::MaxEdge);
+    const QSize decoded = original.width() > largest.width() || original.height() > largest.height()
+                              ? original.scaled(largest, Qt::KeepAspectRatio)
+                              : original;
+    reader.setScaledSize(decoded);
+    const QImage picture = reader.read();
+    if (picture.isNull())
+        return picture;
+    QZEThumbnailCache::store(_fileName, picture, original);
+    return picture.scaled(scaled, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage QZEConvertImage::composeCanvas(const QImage& picture, QSize scaled, bool tooBig) const

@@ -7,6 +7,7 @@
 #include <QSize>
 #include <QString>
 
+class QImageReader;
 class QPainter;
 class QRectF;
 class QWidget;
@@ -18,6 +19,13 @@ class QWidget;
 /// canvas with a white frame and a soft drop shadow, hands it to its cache
 /// entry and posts a plain QEvent of type QEvent::User (1000) to the receiver.
 /// Constructing the job starts it; the pool deletes it after run().
+///
+/// Without a callback the picture comes from the shared freedesktop thumbnail
+/// cache (QZEThumbnailCache) when it holds one made from a picture of the
+/// file's size, else from a JPEG's embedded EXIF preview (QZEExifPreview)
+/// when that is at least as large as the thumbnail, else from a reduced-size
+/// decode, which is then stored in the shared cache for the next time and for
+/// other desktop programs. The canvas looks the same whatever the source.
 ///
 /// Files larger than 1 GiB are never opened: their canvas shows "TOO BIG".
 /// A file that cannot be read shows "CONVERSION ERROR".
@@ -57,6 +65,8 @@ public:
 private:
     QImage readPicture(int box, QSize& scaled) const;
     QImage readWithReader(int box, QSize& scaled) const;
+    QImage cachedOrPreview(QSize original, QSize scaled) const;
+    QImage decodeForSharedCache(QImageReader& reader, QSize original, QSize scaled) const;
     QImage composeCanvas(const QImage& picture, QSize scaled, bool tooBig) const;
     static void drawMessage(QPainter& painter, const QRectF& box, const QString& message);
     static void drawFrame(QPainter& painter, const QRectF& box);
