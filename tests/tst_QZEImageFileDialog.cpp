@@ -170,6 +170,7 @@ private:
     void checkTreeReset(const QZEImageFileDialog& dialog);
     QPoint cellCentre(const QZEImageFileDialog& dialog, const QString& path);
     void releaseOverPushButton(Qt::MouseButton button);
+    QString pickerAnswer(const QByteArray& answer, int* mask);
 
     static zeRenderSettings cameraAndImageRecord();
 
@@ -275,6 +276,15 @@ void tst_QZEImageFileDialog::releaseOverPushButton(Qt::MouseButton button)
     QZEPushButton pushButton;
     QTest::mouseClick(&pushButton, button);
     QCOMPARE(QZEPushButton::getLastMouseReleaseButton(), button);
+}
+
+// What the external entry point makes of a picker that writes answer.
+QString tst_QZEImageFileDialog::pickerAnswer(const QByteArray& answer, int* mask)
+{
+    FakePicker picker(FakePicker::Answer{answer});
+    if (!picker.isValid())
+        return QStringLiteral("no fake picker");
+    return QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png", mask);
 }
 
 void tst_QZEImageFileDialog::slotsAreDeclaredInMetaObjectOrder()
@@ -890,33 +900,23 @@ void tst_QZEImageFileDialog::browserCancelReturnsEmptyAndLeavesTheMask()
 
 void tst_QZEImageFileDialog::pickerAnswerWithCarriageReturnAndMaskLine()
 {
-    FakePicker picker(FakePicker::Answer{"/images/shot one.png\r\n9\n"});
-    QVERIFY(picker.isValid());
     int mask = -1;
-    QCOMPARE(QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png",
-                                                             &mask),
+    QCOMPARE(pickerAnswer("/images/shot one.png\r\n9\n", &mask),
              QStringLiteral("/images/shot one.png"));
     QCOMPARE(mask, 9);
 }
 
 void tst_QZEImageFileDialog::pickerAnswerWithoutMaskLineGivesMask0()
 {
-    FakePicker picker(FakePicker::Answer{"/images/shot.png\n"});
-    QVERIFY(picker.isValid());
     int mask = 5;
-    QCOMPARE(QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png",
-                                                             &mask),
-             QStringLiteral("/images/shot.png"));
+    QCOMPARE(pickerAnswer("/images/shot.png\n", &mask), QStringLiteral("/images/shot.png"));
     QCOMPARE(mask, 0);
 }
 
 void tst_QZEImageFileDialog::pickerAnswerOfThreeLinesComesBackWhole()
 {
-    FakePicker picker(FakePicker::Answer{"/images/a.png\n9\nextra\n"});
-    QVERIFY(picker.isValid());
     int mask = 5;
-    QCOMPARE(QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png",
-                                                             &mask),
+    QCOMPARE(pickerAnswer("/images/a.png\n9\nextra\n", &mask),
              QStringLiteral("/images/a.png\n9\nextra"));
     QCOMPARE(mask, 0);
 }
@@ -924,13 +924,9 @@ void tst_QZEImageFileDialog::pickerAnswerOfThreeLinesComesBackWhole()
 void tst_QZEImageFileDialog::pickerAnswerWithoutMaskPointerComesBackWhole()
 {
     QZE_CHECK(releaseOverPushButton(Qt::RightButton));
-    FakePicker picker(FakePicker::Answer{"/images/a.png\r\n9\n"});
-    QVERIFY(picker.isValid());
-    const QString answer =
-        QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png", nullptr);
+    const QString answer = pickerAnswer("/images/a.png\r\n9\n", nullptr);
     QZE_CHECK(releaseOverPushButton(Qt::LeftButton));
     QCOMPARE(answer, QStringLiteral("/images/a.png\n9"));
-    QCOMPARE(picker.arguments().value(4), QStringLiteral("0"));
 }
 
 void tst_QZEImageFileDialog::pickerExitingBeforeItsFirstOutputGivesEmpty()
@@ -976,6 +972,13 @@ void tst_QZEImageFileDialog::pickerGetsItsArgumentsAndRunsInTheBinDir()
     QCOMPARE(picker.arguments(), QStringList({blockerId, "Pick a render", "/images/renders",
                                               "*.png *.jpg", "1"}));
     QCOMPARE(QDir(picker.workingDirectory()).canonicalPath(), QDir(picker.dir()).canonicalPath());
+
+    // Without a mask pointer (which takes a release of another button) the
+    // picker is told that no mask line is wanted.
+    QZE_CHECK(releaseOverPushButton(Qt::RightButton));
+    QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png", nullptr);
+    QZE_CHECK(releaseOverPushButton(Qt::LeftButton));
+    QCOMPARE(picker.arguments().value(4), QStringLiteral("0"));
 }
 
 void tst_QZEImageFileDialog::pickerRunsBehindAModalInvisibleBlocker()
