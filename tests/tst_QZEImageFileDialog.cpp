@@ -782,7 +782,13 @@ void tst_QZEImageFileDialog::repaintEventRepaintsTheGrid()
         }
     } counter(&paints);
     viewport->installEventFilter(&counter);
-    QTest::qWait(50);
+    // Until the first layouts and paints have settled.
+    for (int wait = 0; wait < 40; ++wait) {
+        paints = 0;
+        QTest::qWait(100);
+        if (paints == 0)
+            break;
+    }
     QCOMPARE(paints, 0);
     QCoreApplication::postEvent(dialog.get(), new QEvent(QEvent::Type(1000)));
     QTRY_VERIFY(paints > 0);
