@@ -90,6 +90,7 @@ private:
     static QImage blankCell();
     void makeImages(const QString& directory, int count);
     void scrollThroughWholeList(Browser& browser);
+    void browseAllOfTheLargeDirectory(Browser& browser);
     void settleAt(Browser& browser, int value);
     static int finishedCount(QZEImageFileDialog& dialog);
 
@@ -296,6 +297,17 @@ void tst_QZEImageDelegate::repaintingAFinishedCellDrawsTheCachedThumbnailWithout
     QCOMPARE(browser.dialog->getImages()->at(path), entry);
 }
 
+// A shown browser on the 2000 images, scrolled from top to bottom so that
+// every cell has been painted once.
+void tst_QZEImageDelegate::browseAllOfTheLargeDirectory(Browser& browser)
+{
+    QZE_CHECK(openBrowser(browser, _many.path(), 2000));
+    browser.dialog->resize(1000, 800);
+    browser.dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(browser.dialog.get()));
+    scrollThroughWholeList(browser);
+}
+
 void tst_QZEImageDelegate::scrollThroughWholeList(Browser& browser)
 {
     QScrollBar* bar = browser.list->verticalScrollBar();
@@ -345,11 +357,7 @@ void tst_QZEImageDelegate::scrollingBackToFinishedCellsStartsNoNewJob()
 void tst_QZEImageDelegate::everyThumbnailOfTwoThousandImagesArrives()
 {
     Browser browser;
-    QZE_CHECK(openBrowser(browser, _many.path(), 2000));
-    browser.dialog->resize(1000, 800);
-    browser.dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(browser.dialog.get()));
-    scrollThroughWholeList(browser);
+    QZE_CHECK(browseAllOfTheLargeDirectory(browser));
     QCOMPARE(browser.dialog->getImages()->size(), std::size_t(2000));
     QTRY_COMPARE_WITH_TIMEOUT(finishedCount(*browser.dialog), 2000, 120000);
     QTRY_COMPARE_WITH_TIMEOUT(browser.completions.count, 2000, 20000);
@@ -365,11 +373,7 @@ void tst_QZEImageDelegate::everyThumbnailOfTwoThousandImagesArrives()
 void tst_QZEImageDelegate::noJobRunsAfterTheDialogIsDestroyed()
 {
     Browser browser;
-    QZE_CHECK(openBrowser(browser, _many.path(), 2000));
-    browser.dialog->resize(1000, 800);
-    browser.dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(browser.dialog.get()));
-    scrollThroughWholeList(browser);
+    QZE_CHECK(browseAllOfTheLargeDirectory(browser));
     // Gone while most of the 2000 jobs are still queued or running.
     QVERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
     browser.dialog.reset();

@@ -7,6 +7,7 @@
 #include <QSize>
 #include <QString>
 
+class QEvent;
 class QImageReader;
 class QPainter;
 class QRectF;
@@ -78,6 +79,7 @@ private:
     int _size;
     QBrush _background;
     QImage* _image;
+    QEvent* _completion;
 };
 
 #endif // QZECONVERTIMAGE_H
