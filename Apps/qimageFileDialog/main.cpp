@@ -62,7 +62,9 @@ int main(int argc, char** argv)
     QApplication app(toolkitArgc, argv);
     nameApplication();
     const QByteArray answer = PickerSession(arguments).run();
-    if (answer.isEmpty())
-        return 0;
-    return PickerAnswer::deliver(STDOUT_FILENO, answer) ? 0 : 1;
+    const bool delivered = answer.isEmpty() || PickerAnswer::deliver(STDOUT_FILENO, answer);
+    // The caller sees the output end at once, however long the teardown of
+    // the application takes.
+    close(STDOUT_FILENO);
+    return delivered ? 0 : 1;
 }
