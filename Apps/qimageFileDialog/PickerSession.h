@@ -4,7 +4,6 @@
 #include "PickerArguments.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
 
 #include <memory>
 
@@ -21,8 +20,6 @@ class QZEImageFileDialog;
 // as soon as the browser is up.
 class PickerSession
 {
-    Q_DECLARE_TR_FUNCTIONS(PickerSession)
-
 public:
     static const char* const AcceptVariable;
     static const char* const CancelVariable;
