@@ -44,11 +44,12 @@ def make_images(folder, count):
     return files
 
 
-def timed(command):
-    """(CPU seconds of the child, wall seconds, exit status)"""
+def timed(commands):
+    """(CPU seconds of the children, wall seconds, worst exit status)"""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     start = time.perf_counter()
-    status = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode
+    status = max(subprocess.run(command, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL).returncode for command in commands)
     wall = time.perf_counter() - start
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
     cpu = (after.ru_utime - before.ru_utime) + (after.ru_stime - before.ru_stime)
@@ -61,6 +62,8 @@ def main():
     parser.add_argument("--files", type=int, default=150)
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--dir", help="image files to use instead of generated ones")
+    parser.add_argument("--one-per-process", action="store_true",
+                        help="run zeimagemeta once per file (for builds that take one FILE)")
     args = parser.parse_args()
 
     with tempfile.TemporaryDirectory() as scratch:
@@ -68,14 +71,15 @@ def main():
             files = sorted(os.path.join(args.dir, f) for f in os.listdir(args.dir))[: args.files]
         else:
             files = make_images(scratch, args.files)
-        commands = {
-            "zeimagemeta show": [args.zeimagemeta, "show", *files],
-            "exiv2 -pa": ["exiv2", "-pa", *files],
-        }
+        if args.one_per_process:
+            ours = [[args.zeimagemeta, "show", f] for f in files]
+        else:
+            ours = [[args.zeimagemeta, "show", *files]]
+        commands = {"zeimagemeta show": ours, "exiv2 -pa": [["exiv2", "-pa", *files]]}
         samples = {name: [] for name in commands}
         for _ in range(args.runs):
-            for name, command in commands.items():
-                cpu, wall, status = timed(command)
+            for name, command_list in commands.items():
+                cpu, wall, status = timed(command_list)
                 if name == "zeimagemeta show" and status != 0:
                     sys.exit(f"zeimagemeta show failed with status {status}")
                 samples[name].append((cpu, wall))
