@@ -20,7 +20,7 @@ class FakePicker
 public:
     explicit FakePicker(const QByteArray& body)
     {
-        QFile script(path(QStringLiteral("qimageFileDialog")));
+        QFile script(path(QStringLiteral(QTCOLOR_PICKER_PROGRAM)));
         const QByteArray text = "#!/bin/sh\n"
                                 "here=$(dirname \"$0\")\n"
                                 "printf '%s\\n' \"$@\" > \"$here/arguments\"\n"

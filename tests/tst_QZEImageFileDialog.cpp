@@ -951,7 +951,7 @@ void tst_QZEImageFileDialog::pickerThatCannotStartGivesEmpty()
 {
     FakePicker picker("exit 0");
     QVERIFY(picker.isValid());
-    QVERIFY(QFile::setPermissions(picker.path("qimageFileDialog"), QFile::ReadOwner));
+    QVERIFY(QFile::setPermissions(picker.path(QTCOLOR_PICKER_PROGRAM), QFile::ReadOwner));
     int mask = 5;
     QCOMPARE(QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png",
                                                              &mask),

@@ -426,7 +426,7 @@ QString QZEImageFileDialog::getOpenFileNameExternalProc(QWidget* parent, const Q
     if (!metaDataChoice && isLeftButtonRelease())
         return plainFileDialog(parent, caption, dir, filter);
     const QString binDir = zePlatform::getBinDir();
-    const QString program = binDir + QLatin1Char('/') + QStringLiteral("qimageFileDialog");
+    const QString program = binDir + QLatin1Char('/') + QStringLiteral(QTCOLOR_PICKER_PROGRAM);
     const std::unique_ptr<QDialog> blocker = showBlocker(parent);
     const QStringList arguments = {QString::number(quint64(blocker->winId())), caption, dir,
                                    filter, metaDataChoice ? QStringLiteral("1")
