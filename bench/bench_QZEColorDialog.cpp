@@ -32,7 +32,7 @@
 //                                 one-dimensional strip beside the picker.
 //
 // Each dialog has its default size. The mouse positions come from a table of
-// 1024 pseudo-random points (fixed seed) over the whole widget (for the paint
+// 65,536 pseudo-random points (fixed seed) over the whole widget (for the paint
 // stroke over the plot's inner area), each different from the one before, so
 // every step changes the colour or the painted value and no branch sees a
 // repeating pattern. The rendered image goes through DoNotOptimize.
@@ -70,7 +70,7 @@
 
 namespace {
 
-constexpr int PointCount = 1024;
+constexpr int PointCount = 65536;
 
 // A widget to drag on, the dialog it belongs to, the points to visit and the
 // frame to paint into.

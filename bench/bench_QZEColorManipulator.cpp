@@ -36,7 +36,7 @@ namespace {
 
 constexpr int Width = 300;
 constexpr int Height = 24;
-constexpr int Steps = 1024;
+constexpr int Steps = 65536;
 
 // Counts the paint events of the widgets it watches.
 class PaintCounter : public QObject

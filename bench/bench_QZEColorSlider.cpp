@@ -1,23 +1,35 @@
-// Full repaint of a 400 x 24 QZEColorSlider in every mode, as a host sees it:
-// QWidget::render() into a preallocated image, which goes through paintEvent,
-// recomputes every column colour and draws background, strip, bevel and handle.
+// Repaints of a 400 x 24 QZEColorSlider in every mode, as a host sees them:
+// QWidget::render() into a preallocated image, which goes through paintEvent.
 //
-// "ReferencePerColumn" paints the same pixels the straightforward way, one
-// drawLine per column with a pen of that column's colour, for comparison.
-// Before any timing, main() checks once per mode that the widget and the
-// reference produce identical pixels, so the figures compare equal work.
+// "SliderStripChange" alternates the end colour before every render, so that
+// every repaint computes the strip anew (every mode's cached strip depends on
+// the end colour). "SliderHandleMove" alternates the handle between two
+// positions, as a drag does: the strip is the cached one. "SliderRepaint"
+// renders with nothing changed.
+//
+// "QSliderHandleMove" is the same as "SliderHandleMove" for a QSlider in the
+// Fusion style of the same size, the reference for a drag step.
+// "ReferencePerColumn" paints the same pixels as the colour slider the
+// straightforward way, one drawLine per column with a pen of that column's
+// colour. Before any timing, main() checks once per mode that the widget and
+// the reference produce identical pixels, so the figures compare equal work.
 
 #include "BenchMain.h"
 #include "QZEColorSlider.h"
 
 #include <benchmark/benchmark.h>
 
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMetaEnum>
 #include <QPainter>
 #include <QPalette>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleFactory>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,8 +38,11 @@ namespace {
 constexpr int Width = 400;
 constexpr int Height = 24;
 constexpr float HandlePosition = 0.37f;
+constexpr float OtherHandlePosition = 0.62f;
 // A mid-saturated blue: gives the Saturation, Value and Lab strips a real ramp.
 const QZEColor EndColour(200.0f, 0.6f, 0.8f);
+// What the end colour alternates with in SliderStripChange.
+const QZEColor OtherEndColour(20.0f, 0.7f, 0.6f);
 
 struct Scene
 {
@@ -156,11 +171,29 @@ void paintBevel(QPainter& painter)
     outline(painter, 1, 1, Width - 2, Height - 2);
 }
 
+// The application font at the largest pixel size whose glyphs, drawn on
+// baseline, keep to rows 3 .. H-2 (the text is short enough for 400 pixels).
+QFont fontFittingRows(const QString& text, int baseline, const QPaintDevice* device)
+{
+    QFont font = QApplication::font();
+    int size = font.pixelSize() > 0 ? font.pixelSize()
+                                    : int(font.pointSizeF() * device->logicalDpiY() / 72.0);
+    for (; size > 1; --size) {
+        font.setPixelSize(size);
+        const QRect ink = QFontMetrics(font, device).tightBoundingRect(text);
+        if (baseline + ink.top() >= 3 && baseline + ink.bottom() <= Height - 2)
+            break;
+    }
+    return font;
+}
+
 void paintDisabledText(QPainter& painter)
 {
+    const QString text =
+        QCoreApplication::translate("QZEColorSlider", "Disabled, using photometric mode.");
+    painter.setFont(fontFittingRows(text, Height - 4, painter.device()));
     painter.setPen(cosmeticPen(QColor(192, 192, 192)));
-    painter.drawText(QPointF(5.0, Height - 4),
-                     QCoreApplication::translate("QZEColorSlider", "Disabled, using photometric mode."));
+    painter.drawText(QPointF(5.0, Height - 4), text);
 }
 
 void paintHandle(QPainter& painter)
@@ -202,13 +235,53 @@ bool rendersLikeReference(const Scene& scene)
 
 // --- Benchmarks ----------------------------------------------------------------
 
+// Renders widget once per iteration after change(widget, flip), where flip
+// alternates between true and false.
+template <typename Widget, typename Change>
+void renderAlternating(benchmark::State& state, Widget& widget, Change change)
+{
+    QImage image = blankImage();
+    bool flip = false;
+    for (auto _ : state) {
+        flip = !flip;
+        change(widget, flip);
+        widget.render(&image);
+    }
+}
+
 void BM_SliderRepaint(benchmark::State& state, const Scene& scene)
 {
     QZEColorSlider slider;
     configure(slider, scene);
-    QImage image = blankImage();
-    for (auto _ : state)
-        slider.render(&image);
+    renderAlternating(state, slider, [](QZEColorSlider&, bool) {});
+}
+
+void BM_SliderHandleMove(benchmark::State& state, const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    renderAlternating(state, slider, [](QZEColorSlider& s, bool flip) {
+        s.setValue(flip ? OtherHandlePosition : HandlePosition, false);
+    });
+}
+
+void BM_SliderStripChange(benchmark::State& state, const Scene& scene)
+{
+    QZEColorSlider slider;
+    configure(slider, scene);
+    renderAlternating(state, slider, [](QZEColorSlider& s, bool flip) {
+        s.setMaxColor(flip ? OtherEndColour : EndColour);
+    });
+}
+
+void BM_QSliderHandleMove(benchmark::State& state)
+{
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+    QSlider slider(Qt::Horizontal);
+    slider.setStyle(fusion.get());
+    slider.setRange(0, 1000);
+    slider.resize(Width, Height);
+    renderAlternating(state, slider, [](QSlider& s, bool flip) { s.setValue(flip ? 620 : 370); });
 }
 
 void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
@@ -222,7 +295,10 @@ void BM_ReferencePerColumn(benchmark::State& state, const Scene& scene)
 
 void registerBenchmarks(const std::vector<Scene>& scenes)
 {
+    registerInMicroseconds("QSliderHandleMove", BM_QSliderHandleMove);
     for (const Scene& scene : scenes) {
+        registerInMicroseconds("SliderHandleMove/" + scene.name, BM_SliderHandleMove, scene);
+        registerInMicroseconds("SliderStripChange/" + scene.name, BM_SliderStripChange, scene);
         registerInMicroseconds("SliderRepaint/" + scene.name, BM_SliderRepaint, scene);
         registerInMicroseconds("ReferencePerColumn/" + scene.name, BM_ReferencePerColumn, scene);
     }

@@ -2,13 +2,21 @@
 //
 // ColorSliderStep: what the colour dialog does on every slider move while the
 // spectrum is in use: setRGB on the 380, 5, 81 grid, resample, getRGB. The
-// RGB inputs cycle through a precomputed table; the reflectance bases stay
+// RGB inputs come from a table of 65,536 random triples, too many for the
+// branch predictor to learn the Smits branches; the reflectance bases stay
 // resampled to that grid, as they do during a drag.
 //
 // LoadNativeV2_10MB: reading a ~10 MB version-2 native file, from the file
-// and from bytes already in memory. Baseline_IstreamFloat_10MB reads the same
-// file the straightforward way, one `stream >> float` per number, so the two
-// rates come from the same run on the same bytes.
+// and from bytes already in memory. Two references read the same bytes in the
+// same run: Baseline_IstreamFloat_10MB one `stream >> float` per number, and
+// Baseline_FromChars_10MB a bare std::from_chars loop over the bytes in
+// memory (no checks, no messages: what parsing alone costs).
+// SaveNativeV2_10MB: save() of the spectrum that file holds.
+//
+// Scaling: LoadNativeData and SaveNative by sample count (81 to 100,000) and
+// by file size (1 to 50 MB for loads, which refuse more than 64 MiB; 1 to
+// 100 MB for saves). bench/fit_scaling.py fits the exponent of each family
+// from --benchmark_format=json output.
 
 #include "QZESpectrum.h"
 
@@ -16,8 +24,11 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <cctype>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -30,7 +41,7 @@
 
 namespace {
 
-constexpr std::size_t InputCount = 1024; // a power of two: the index wraps with a mask
+constexpr std::size_t InputCount = 65536; // a power of two: the index wraps with a mask
 constexpr unsigned Seed = 20240611;
 
 constexpr int GridStart = 380;
@@ -262,11 +273,177 @@ void BM_Baseline_IstreamFloat_10MB(benchmark::State& state)
     state.SetBytesProcessed(file.size() * std::int64_t(state.iterations()));
 }
 
+// The same numbers through a bare std::from_chars loop over the bytes: the
+// header line skipped, every number read into one vector.
+bool readWithFromChars(const QByteArray& bytes, std::size_t count, std::vector<float>& numbers)
+{
+    const char* p = bytes.constData();
+    const char* end = p + bytes.size();
+    while (p < end && *p != '\n')
+        ++p;
+    numbers.clear();
+    numbers.reserve(2 * count);
+    for (;;) {
+        while (p < end && std::isspace(static_cast<unsigned char>(*p)))
+            ++p;
+        if (p == end)
+            break;
+        float number;
+        const std::from_chars_result read = std::from_chars(p, end, number);
+        if (read.ec != std::errc())
+            return false;
+        numbers.push_back(number);
+        p = read.ptr;
+    }
+    return numbers.size() == 2 * count;
+}
+
+void BM_Baseline_FromChars_10MB(benchmark::State& state)
+{
+    const NativeFile& file = NativeFile::instance();
+    std::vector<float> numbers;
+    for (auto _ : state) {
+        if (!readWithFromChars(file.bytes(), std::size_t(file.count()), numbers)) {
+            state.SkipWithError("from_chars could not read the spectrum file");
+            break;
+        }
+        benchmark::DoNotOptimize(numbers.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(file.size() * std::int64_t(state.iterations()));
+}
+
+// Saves spectrum into a scratch directory once per iteration; the rate is
+// that of the bytes written.
+void runSaves(benchmark::State& state, QZESpectrum& spectrum)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("saved.spectral"));
+    for (auto _ : state) {
+        bool saved;
+        {
+            SilencedStandardStreams silenced;
+            saved = spectrum.save(path);
+        }
+        if (!saved) {
+            state.SkipWithError("the spectrum could not be saved");
+            break;
+        }
+    }
+    state.SetBytesProcessed(QFileInfo(path).size() * std::int64_t(state.iterations()));
+}
+
+void BM_SaveNativeV2_10MB(benchmark::State& state)
+{
+    const NativeFile& file = NativeFile::instance();
+    QZESpectrum spectrum;
+    {
+        SilencedStandardStreams silenced;
+        spectrum.loadNativeData(file.bytes(), file.path());
+    }
+    runSaves(state, spectrum);
+}
+
+// --- Scaling --------------------------------------------------------------------
+
+// A version-2 spectrum of count samples: wavelengths rising from 200 nm in
+// steps of 0.001 nm, values uniform in [0, 1] at full float precision (as
+// setRGB or an analytic function leaves them).
+QZESpectrum randomSpectrum(int count)
+{
+    std::mt19937 generator(Seed + unsigned(count));
+    std::uniform_real_distribution<float> value(0.0f, 1.0f);
+    std::vector<float> wavelengths(static_cast<std::size_t>(count));
+    std::vector<float> values(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        wavelengths[std::size_t(i)] = float(FirstWavelength + i * WavelengthStep);
+        values[std::size_t(i)] = value(generator);
+    }
+    QZESpectrum spectrum;
+    spectrum.load(count, wavelengths.data(), values.data());
+    return spectrum;
+}
+
+// A version-2 native file of about 17 bytes per sample, as saved.
+constexpr double BytesPerSample = 17.0;
+
+int samplesForMegabytes(std::int64_t megabytes)
+{
+    return int(double(megabytes) * 1e6 / BytesPerSample);
+}
+
+QByteArray savedBytes(QZESpectrum& spectrum)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("scaling.spectral"));
+    {
+        SilencedStandardStreams silenced;
+        spectrum.save(path);
+    }
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void runScaledLoad(benchmark::State& state, int count)
+{
+    QZESpectrum source = randomSpectrum(count);
+    const QByteArray bytes = savedBytes(source);
+    for (auto _ : state) {
+        QZESpectrum spectrum;
+        bool loaded;
+        {
+            SilencedStandardStreams silenced;
+            loaded = spectrum.loadNativeData(bytes, QStringLiteral("scaling.spectral"));
+        }
+        if (!loaded || spectrum.getNumSamples() != count) {
+            state.SkipWithError("the spectrum did not load");
+            break;
+        }
+        benchmark::DoNotOptimize(spectrum.getSourceValues().data());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(std::int64_t(bytes.size()) * std::int64_t(state.iterations()));
+    state.counters["samples"] = count;
+}
+
+void runScaledSave(benchmark::State& state, int count)
+{
+    QZESpectrum spectrum = randomSpectrum(count);
+    runSaves(state, spectrum);
+    state.counters["samples"] = count;
+}
+
+void BM_LoadNativeData_Samples(benchmark::State& state)
+{
+    runScaledLoad(state, int(state.range(0)));
+}
+
+void BM_SaveNative_Samples(benchmark::State& state)
+{
+    runScaledSave(state, int(state.range(0)));
+}
+
+void BM_LoadNativeData_MB(benchmark::State& state)
+{
+    runScaledLoad(state, samplesForMegabytes(state.range(0)));
+}
+
+void BM_SaveNative_MB(benchmark::State& state)
+{
+    runScaledSave(state, samplesForMegabytes(state.range(0)));
+}
+
 } // namespace
 
 BENCHMARK(BM_ColorSliderStep);
 BENCHMARK(BM_LoadNativeV2_10MB)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadNativeDataV2_10MB)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveNativeV2_10MB)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Baseline_IstreamFloat_10MB)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Baseline_FromChars_10MB)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadNativeData_Samples)->Arg(81)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SaveNative_Samples)->Arg(81)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_LoadNativeData_MB)->Arg(1)->Arg(10)->Arg(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveNative_MB)->Arg(1)->Arg(10)->Arg(100)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -9,7 +9,7 @@ packages=(
   qt5-image-formats-plugins
   libexiv2-dev
   libbenchmark-dev
-  xvfb xauth dbus-daemon
+  xvfb xauth dbus-daemon libxcb1-dev
   qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
   qt6-image-formats-plugins qt6-svg-dev
   doxygen graphviz

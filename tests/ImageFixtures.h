@@ -93,6 +93,25 @@ inline bool addTags(const QString& path, const Tags& tags)
     }
 }
 
+// Embeds jpeg (the bytes of a JPEG file) as the EXIF preview of the image at
+// path, the way cameras store theirs.
+inline bool embedExifPreview(const QString& path, const QByteArray& jpeg)
+{
+    try {
+        auto image = Exiv2::ImageFactory::open(path.toStdString());
+        image->readMetadata();
+        Exiv2::ExifData exif = image->exifData();
+        Exiv2::ExifThumb(exif).setJpegThumbnail(
+            reinterpret_cast<const Exiv2::byte*>(jpeg.constData()), long(jpeg.size()));
+        image->setExifData(exif);
+        image->writeMetadata();
+        return true;
+    } catch (const std::exception& error) {
+        qWarning("exiv2: %s", error.what());
+        return false;
+    }
+}
+
 // Replaces the file's XMP by packet, written as it stands.
 inline bool setXmpPacket(const QString& path, const std::string& packet)
 {

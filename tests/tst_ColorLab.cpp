@@ -7,10 +7,14 @@
 #include "QZEColorButton.h"
 #include "QZEColorDialog.h"
 #include "QZEColorSlider.h"
+#include "QZEImageFileDialog.h"
 #include "QZESpectrumPlot.h"
 #include "ScreenshotWriter.h"
+#include "SampleRenders.h"
 #include "SlidersPage.h"
 #include "TestHelpers.h"
+#include "osgImage.h"
+#include "zeImageMetaData.h"
 #include "zeTextureMetaDataGUII.h"
 
 #include <QApplication>
@@ -19,6 +23,7 @@
 #include <QDoubleSpinBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileSystemModel>
 #include <QFrame>
 #include <QGraphicsPathItem>
 #include <QGraphicsView>
@@ -27,6 +32,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QLineEdit>
+#include <QListView>
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -41,6 +47,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <tuple>
 #include <vector>
 
 #ifndef COLORLAB_PROGRAM
@@ -340,7 +347,8 @@ QStringList dialogShots(const QString& directory)
 QStringList everyShot(const QString& directory)
 {
     return shotsOfEveryPage(directory) + dialogShots(directory)
-           + QStringList{QDir(directory).filePath(DialogShot)};
+           + QStringList{QDir(directory).filePath(DialogShot),
+                         QDir(directory).filePath(QStringLiteral("image-browser.png"))};
 }
 
 // Share of 2 x 2 pixel blocks of a ratio-2 picture whose four pixels are not
@@ -402,6 +410,56 @@ QString makeRegularFile(const QTemporaryDir& dir)
     return path;
 }
 
+
+// The render-settings groups the host kit reads from the file at path, as
+// the image browser asks for them.
+int groupsReadFrom(const QString& path)
+{
+    const osg::ImagePtr image = osg::Image::create();
+    image->setAttachmentField(zeImageMetaData::getAttachmentKey(), "");
+    image->read(path.toUtf8().constData());
+    return zeImageMetaData(image, false).containedTALQSettings();
+}
+
+bool hasPixelNear(const QImage& picture, const QColor& colour, int tolerance)
+{
+    const QImage image = picture.convertToFormat(QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            if (qAbs(qRed(pixel) - colour.red()) <= tolerance
+                && qAbs(qGreen(pixel) - colour.green()) <= tolerance
+                && qAbs(qBlue(pixel) - colour.blue()) <= tolerance)
+                return true;
+        }
+    }
+    return false;
+}
+
+// Each sample's sphere colour shows in its thumbnail; the first sample is
+// selected, so its thumbnail lies under the highlight and is not looked for.
+void verifyBrowserShotShowsEveryThumbnail(const QImage& shot)
+{
+    QCOMPARE(shot.size(), ScreenshotWriter::BrowserSize);
+    const QVector<SampleRenders::Sample>& samples = SampleRenders::samples();
+    for (int i = 1; i < samples.size(); ++i)
+        QVERIFY2(hasPixelNear(shot, samples.at(i).colour, 6), qPrintable(samples.at(i).fileName));
+}
+
+// Makes the file at path current in the image browser about to run modally
+// (as a click would), lets it read the file's groups and accepts it.
+void chooseInNextImageBrowser(const QString& path)
+{
+    QTimer::singleShot(0, [path] {
+        auto* browser = qobject_cast<QZEImageFileDialog*>(QApplication::activeModalWidget());
+        if (!browser)
+            return;
+        auto* list = browser->findChild<QListView*>(QStringLiteral("_list"));
+        list->setCurrentIndex(qobject_cast<QFileSystemModel*>(list->model())->index(path));
+        QTimer::singleShot(100, browser, &QDialog::accept);
+    });
+}
+
 } // namespace
 
 class tst_ColorLab : public QObject
@@ -453,6 +511,10 @@ private slots:
     void informationButtonOpensTheDialogForTheChosenFile();
     void cancellingTheFileDialogOpensNothing();
     void unreadableFileOpensNoDialogAndSaysSo();
+    void imagesPageWritesSampleRendersWithTheirGroupsStamped();
+    void choiceShowsThePathAndTheNamedGroups();
+    void browseButtonShowsTheFileAndGroupsChosenInTheBrowser();
+    void pickerButtonShowsTheFileAndGroupsChosenInThePickerProgram();
     void dialogPageOpensTheDialogWithoutBlockingTheWindow();
     void dialogPageShowsEachColourTheDialogSends();
     void dialogPageFollowsAnEditInTheDialog();
@@ -514,6 +576,8 @@ void tst_ColorLab::screenshotOptionWritesEveryPageAtTheWindowSize()
     const QImage doubled(dialogShots(directory).at(1));
     QCOMPARE(single.size(), QZEColorDialog().size());
     QCOMPARE(doubled.size(), single.size() * 2);
+    QZE_CHECK(verifyBrowserShotShowsEveryThumbnail(
+        QImage(QDir(directory).filePath(QStringLiteral("image-browser.png")))));
 }
 
 void tst_ColorLab::screenshotIntoAnUncreatableDirectoryFailsWithAMessage()
@@ -628,7 +692,7 @@ void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
     QVERIFY2(writer.write(window), qPrintable(writer.errorString()));
 
     QCOMPARE(window.page(0)->objectName(), QStringLiteral("sliders"));
-    QCOMPARE(writer.files().size(), window.pageCount() + 4);
+    QCOMPARE(writer.files().size(), window.pageCount() + 5);
     QCOMPARE(writer.files().mid(window.pageCount(), 3), dialogShots(directory));
     for (int i = 0; i < window.pageCount(); ++i) {
         const QString file = QDir(directory).filePath(window.page(i)->objectName() + QStringLiteral(".png"));
@@ -636,7 +700,8 @@ void tst_ColorLab::writerNamesOneFilePerPageAfterThePage()
         QCOMPARE(QImage(file).size(), ScreenshotSize);
     }
     const QString dialogShot = QDir(directory).filePath(DialogShot);
-    QCOMPARE(writer.files().last(), dialogShot);
+    QCOMPARE(writer.files().at(writer.files().size() - 2), dialogShot);
+    QCOMPARE(writer.files().last(), QDir(directory).filePath(QStringLiteral("image-browser.png")));
     QCOMPARE(QImage(dialogShot).size(), shownDialogSize());
     QVERIFY(writer.errorString().isEmpty());
 }
@@ -1091,6 +1156,78 @@ void tst_ColorLab::unreadableFileOpensNoDialogAndSaysSo()
 }
 
 // --- Dialog page -------------------------------------------------------------------
+
+void tst_ColorLab::imagesPageWritesSampleRendersWithTheirGroupsStamped()
+{
+    ImagesPage page;
+    const QDir folder(page.sampleRendersFolder());
+    QVERIFY(!page.sampleRendersFolder().isEmpty());
+    // File, leading bytes of its format, and its groups: 1 camera, 2 node
+    // visibilities, 4 switch nodes, 8 image, 16 animation, 32 render
+    // passes, 64 ray tracing, 128 switch materials.
+    const QVector<std::tuple<QString, QByteArray, int>> expected = {
+        {QStringLiteral("atrium-camera.png"), QByteArray("\x89PNG", 4), 1 | 8},
+        {QStringLiteral("atrium-animation.jpg"), QByteArray("\xff\xd8", 2), 8 | 16 | 32},
+        {QStringLiteral("showroom-variants.tif"), QByteArray("II*\0", 4), 1 | 2 | 4 | 128},
+        {QStringLiteral("studio-raytraced.png"), QByteArray("\x89PNG", 4), 1 | 8 | 64},
+        {QStringLiteral("sky-unstamped.jpg"), QByteArray("\xff\xd8", 2), 0}};
+    QCOMPARE(folder.entryList(QDir::Files).size(), expected.size());
+    for (const auto& file : expected) {
+        const QString path = folder.filePath(std::get<0>(file));
+        QVERIFY2(ImageFixtures::readFile(path).startsWith(std::get<1>(file)), qPrintable(path));
+        QCOMPARE(groupsReadFrom(path), std::get<2>(file));
+    }
+}
+
+void tst_ColorLab::choiceShowsThePathAndTheNamedGroups()
+{
+    ImagesPage page;
+    QCOMPARE(page.choiceLabel()->text(), QStringLiteral("Chosen file: none"));
+
+    page.showChoice(QStringLiteral("/renders/hall.png"), 1 | 8 | 128);
+
+    QCOMPARE(page.choiceLabel()->text(), QStringLiteral("Chosen file: /renders/hall.png"));
+    QCOMPARE(page.groupsLabel()->text(),
+             QStringLiteral("Render-settings groups: Camera Settings, Image Settings, "
+                            "Switch Material States (mask 137)"));
+    page.showChoice(QStringLiteral("/renders/plain.png"), 0);
+    QCOMPARE(page.groupsLabel()->text(), QStringLiteral("Render-settings groups: none (mask 0)"));
+}
+
+void tst_ColorLab::browseButtonShowsTheFileAndGroupsChosenInTheBrowser()
+{
+    ImagesPage page;
+    const QString chosen = QDir(page.sampleRendersFolder()).filePath(QStringLiteral("atrium-camera.png"));
+
+    chooseInNextImageBrowser(chosen);
+    page.browseButton()->click();
+
+    QCOMPARE(page.choiceLabel()->text(), QStringLiteral("Chosen file: ") + chosen);
+    QCOMPARE(page.groupsLabel()->text(),
+             QStringLiteral("Render-settings groups: Camera Settings, Image Settings (mask 9)"));
+}
+
+// The picker program beside the test program (the build's bin folder)
+// chooses through its test mode.
+void tst_ColorLab::pickerButtonShowsTheFileAndGroupsChosenInThePickerProgram()
+{
+    QTemporaryDir cache;
+    QVERIFY(cache.isValid());
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(cache.path()));
+    ImagesPage page;
+    const QString chosen =
+        QDir(page.sampleRendersFolder()).filePath(QStringLiteral("showroom-variants.tif"));
+    qputenv("QTCOLOR_PICKER_ACCEPT", QFile::encodeName(chosen));
+
+    page.pickerButton()->click();
+    qunsetenv("QTCOLOR_PICKER_ACCEPT");
+    qunsetenv("XDG_CACHE_HOME");
+
+    QCOMPARE(page.choiceLabel()->text(), QStringLiteral("Chosen file: ") + chosen);
+    QCOMPARE(page.groupsLabel()->text(),
+             QStringLiteral("Render-settings groups: Camera Settings, Node Visibilities, "
+                            "Switch Node States, Switch Material States (mask 135)"));
+}
 
 void tst_ColorLab::dialogPageOpensTheDialogWithoutBlockingTheWindow()
 {

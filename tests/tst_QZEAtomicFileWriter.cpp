@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <sys/stat.h>
 
 // Replaces files whole or not at all: commits, abandoned writers, a full
 // disk and refused destinations.
@@ -23,6 +24,7 @@ private slots:
     void fullDiskFailsWithTheReasonAndKeepsTheFile();
     void directoryDestinationIsRefusedAtOpen();
     void missingFolderIsRefusedAtOpenWithTheReason();
+    void permissionsSetAfterOpenAreTheCommittedFilesPermissions();
 
 private:
     QString path() const { return _dir->filePath(QStringLiteral("target.spectral")); }
@@ -132,6 +134,25 @@ void tst_QZEAtomicFileWriter::missingFolderIsRefusedAtOpenWithTheReason()
     QVERIFY(!writer.open());
     QVERIFY2(writer.errorString().contains(QStringLiteral("No such file or directory")),
              qPrintable(writer.errorString()));
+}
+
+// The temporary file may have no name before the commit (O_TMPFILE), so
+// what is checked is the committed file, made under a umask that would give
+// it 0644 on its own.
+void tst_QZEAtomicFileWriter::permissionsSetAfterOpenAreTheCommittedFilesPermissions()
+{
+    const mode_t previousMask = umask(022);
+    QZEAtomicFileWriter writer(path());
+    const bool written = writer.open()
+        && writer.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        && writer.write("private") && writer.commit();
+    umask(previousMask);
+    QVERIFY(written);
+
+    struct stat committed {};
+    QCOMPARE(stat(QFile::encodeName(path()).constData(), &committed), 0);
+    QCOMPARE(committed.st_mode & 07777, mode_t(0600));
+    QCOMPARE(fileBytes(path()), QByteArray("private"));
 }
 
 QTEST_APPLESS_MAIN(tst_QZEAtomicFileWriter)

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 
 namespace {
 
@@ -157,6 +158,27 @@ float positionOf(int i, int n)
     return n > 1 ? float(i) / float(n - 1) : 0.0f;
 }
 
+// The first pixel of the plane computePlane gives that differs from
+// definedPixel; an empty string when there is none.
+QString planeDifference(Mode mode, float fixed, const QSize& size)
+{
+    QImage plane(size, QImage::Format_RGB32);
+    plane.fill(Qt::magenta);
+    QZEColorField::computePlane(mode, fixed, plane);
+    const int w = size.width();
+    const int h = size.height();
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x < w; ++x) {
+            const QRgb expected = definedPixel(mode, fixed, positionOf(x, w), positionOf(h - 1 - y, h));
+            const QRgb actual = plane.pixel(x, y);
+            if (actual != expected)
+                return QStringLiteral("pixel (%1, %2) is %3, not %4")
+                    .arg(x).arg(y).arg(actual, 8, 16).arg(expected, 8, 16);
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Setting)
@@ -183,6 +205,8 @@ private slots:
     void planePixelsMatchIndependentlyComputedColours();
     void planeIsPixelIdenticalToItsPerPixelDefinition_data();
     void planeIsPixelIdenticalToItsPerPixelDefinition();
+    void planesMatchTheirDefinitionForManyFixedValues_data();
+    void planesMatchTheirDefinitionForManyFixedValues();
     void hueModeShowsDisplayValuesAsTheyStand_data();
     void hueModeShowsDisplayValuesAsTheyStand();
     void lstarModeShowsMiddleGreySrgbEncoded();
@@ -446,21 +470,33 @@ void tst_QZEColorField::planeIsPixelIdenticalToItsPerPixelDefinition()
     QFETCH(int, mode);
     QFETCH(float, fixed);
     QFETCH(QSize, size);
-    QImage plane(size, QImage::Format_RGB32);
-    plane.fill(Qt::magenta);
-    QZEColorField::computePlane(Mode(mode), fixed, plane);
+    const QString difference = planeDifference(Mode(mode), fixed, size);
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
+}
 
-    const int w = size.width();
-    const int h = size.height();
-    for (int y = 0; y < h; ++y) {
-        for (int x = 0; x < w; ++x) {
-            const QRgb expected = definedPixel(Mode(mode), fixed, positionOf(x, w), positionOf(h - 1 - y, h));
-            const QRgb actual = plane.pixel(x, y);
-            if (actual != expected) {
-                QFAIL(qPrintable(QStringLiteral("pixel (%1, %2) is %3, not %4")
-                                     .arg(x).arg(y).arg(actual, 8, 16).arg(expected, 8, 16)));
-            }
-        }
+void tst_QZEColorField::planesMatchTheirDefinitionForManyFixedValues_data()
+{
+    QTest::addColumn<int>("mode");
+    const QMetaEnum modes = QMetaEnum::fromType<Mode>();
+    for (int mode = 0; mode < 9; ++mode)
+        QTest::newRow(modes.valueToKey(mode)) << mode;
+}
+
+// Sixteen random fixed components per mode over the whole range of the
+// component (a fixed seed), each plane 256 x 256.
+void tst_QZEColorField::planesMatchTheirDefinitionForManyFixedValues()
+{
+    QFETCH(int, mode);
+    const float ranges[][2] = {{0.0f, 359.99f}, {0.0f, 1.0f},      {0.0f, 1.0f},
+                               {0.0f, 1.0f},    {0.0f, 1.0f},      {0.0f, 1.0f},
+                               {0.0f, 100.0f},  {-128.0f, 128.0f}, {-128.0f, 128.0f}};
+    std::mt19937 random(unsigned(1600 + mode));
+    std::uniform_real_distribution<float> fixedValue(ranges[mode][0], ranges[mode][1]);
+    for (int i = 0; i < 16; ++i) {
+        const float fixed = fixedValue(random);
+        const QString difference = planeDifference(Mode(mode), fixed, QSize(256, 256));
+        QVERIFY2(difference.isEmpty(),
+                 qPrintable(QStringLiteral("fixed %1: %2").arg(double(fixed)).arg(difference)));
     }
 }
 

@@ -17,6 +17,7 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <random>
 
 using Mode = QZEColorSlider::Mode;
 
@@ -652,6 +653,14 @@ private slots:
     void photometricTextTakesPrecedence();
     void saturationStripFollowsGammaSwitch_data();
     void saturationStripFollowsGammaSwitch();
+
+    // The cached strip
+    void stripMatchesPerColumnColoursForManyEndColours_data();
+    void stripMatchesPerColumnColoursForManyEndColours();
+    void handleMoveGivesThePixelsOfAFreshPaint_data();
+    void handleMoveGivesThePixelsOfAFreshPaint();
+    void stripFollowsGammaSwitchAndLabRangeOnceCached();
+    void bodyFollowsPaletteEnabledStateAndSize();
 
 private:
     QPalette m_savedPalette;
@@ -1898,6 +1907,134 @@ void tst_QZEColorSlider::saturationStripFollowsGammaSwitch()
         const QColor expected = bytesOf(linear);
         QCOMPARE(image.pixelColor(x, 10), expected);
     }
+}
+
+// --- The cached strip -------------------------------------------------------
+
+// The same slider painted again and again with a new end colour each time:
+// every paint must show the strip of the colour it holds, column for column
+// as the per-column conversions (getGammaQColor for saturation) give it. 258
+// pixels wide, so the strip has 256 columns.
+void tst_QZEColorSlider::stripMatchesPerColumnColoursForManyEndColours_data()
+{
+    addModeRows();
+}
+
+void tst_QZEColorSlider::stripMatchesPerColumnColoursForManyEndColours()
+{
+    QFETCH(Mode, mode);
+    QZEColor::s_useGamma = true;
+    QVector<QZEColor> ends = {{0.0f, 0.0f, 0.0f},   {0.0f, 1.0f, 1.0f},    {359.99f, 1.0f, 1.0f},
+                              {120.0f, 0.0f, 0.5f}, {240.0f, 0.5f, 1.7f},  {60.0f, 1.0f, 0.002f}};
+    std::mt19937 random(16);
+    std::uniform_real_distribution<float> hue(0.0f, 360.0f);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    while (ends.size() < 40)
+        ends.append(QZEColor(hue(random), unit(random), unit(random)));
+
+    QZEColorSlider slider;
+    slider.resize(258, StripHeight);
+    slider.setMode(mode);
+    for (const QZEColor& end : qAsConst(ends)) {
+        slider.setMaxColor(end);
+        StripLook look = lookOf(slider);
+        const QString difference = imageDifference(rendered(slider), referenceImage(look));
+        QVERIFY2(difference.isEmpty(), qPrintable(QStringLiteral("end HSV (%1, %2, %3): %4")
+                                                      .arg(end.h).arg(end.s).arg(end.v)
+                                                      .arg(difference)));
+    }
+}
+
+void tst_QZEColorSlider::handleMoveGivesThePixelsOfAFreshPaint_data()
+{
+    addModeRows();
+}
+
+// A drag only moves the handle: the strip comes from the cache, and the
+// pixels must be those of a slider painted for the first time there.
+void tst_QZEColorSlider::handleMoveGivesThePixelsOfAFreshPaint()
+{
+    QFETCH(Mode, mode);
+    const auto configured = [mode](QZEColorSlider& slider, float value) {
+        slider.resize(StripWidth, StripHeight);
+        slider.setMode(mode);
+        slider.setMaxColor(SomeMaxColor);
+        slider.setValue(value, false);
+    };
+    QZEColorSlider dragged;
+    configured(dragged, 0.2f);
+    const QImage before = rendered(dragged);
+    for (const float value : {0.7f, 0.0f, 1.0f, 0.45f}) {
+        dragged.setValue(value, false);
+        QZEColorSlider fresh;
+        configured(fresh, value);
+        const QImage after = rendered(dragged);
+        QVERIFY(!imageDifference(after, before).isEmpty());
+        const QString difference = imageDifference(after, rendered(fresh));
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    }
+}
+
+void tst_QZEColorSlider::stripFollowsGammaSwitchAndLabRangeOnceCached()
+{
+    QZEColorSlider slider;
+    slider.resize(StripWidth, StripHeight);
+    slider.setMode(QZEColorSlider::Saturation);
+    slider.setMaxColor(SomeMaxColor);
+    QZEColor::s_useGamma = true;
+    const QImage encoded = rendered(slider);
+    QZEColor::s_useGamma = false;
+    const QImage linear = rendered(slider);
+    QVERIFY(!imageDifference(linear, encoded).isEmpty());
+    QVERIFY2(imageDifference(linear, referenceImage(lookOf(slider))).isEmpty(), "gamma off");
+
+    slider.setMode(QZEColorSlider::Astar);
+    const QImage wide = rendered(slider);
+    QZEColor::s_LabRange = 100.0f;
+    const QImage narrow = rendered(slider);
+    QVERIFY(!imageDifference(narrow, wide).isEmpty());
+    QVERIFY2(imageDifference(narrow, referenceImage(lookOf(slider))).isEmpty(), "Lab range");
+}
+
+// Each of these changes what the background, strip or bevel show; a slider
+// painted before must then paint what a new one does.
+void tst_QZEColorSlider::bodyFollowsPaletteEnabledStateAndSize()
+{
+    QZEColorSlider slider;
+    slider.resize(StripWidth, StripHeight);
+    slider.setMode(QZEColorSlider::Value);
+    slider.setMaxColor(SomeMaxColor);
+    const auto freshLikeSlider = [&slider] {
+        QZEColorSlider fresh;
+        fresh.resize(slider.size());
+        fresh.setMode(slider.getMode());
+        fresh.setMaxColor(slider.getMaxColor());
+        fresh.setEnabled(slider.isEnabled());
+        return rendered(fresh);
+    };
+    const QImage first = rendered(slider);
+
+    const QPalette saved = QApplication::palette();
+    QPalette changed = saved;
+    changed.setColor(QPalette::Button, QColor(90, 91, 92));
+    changed.setColor(QPalette::Shadow, QColor(1, 2, 3));
+    QApplication::setPalette(changed);
+    const QImage repainted = rendered(slider);
+    const QImage expected = freshLikeSlider();
+    QApplication::setPalette(saved);
+    QVERIFY(!imageDifference(repainted, first).isEmpty());
+    QVERIFY2(imageDifference(repainted, expected).isEmpty(), "palette");
+
+    rendered(slider);
+    slider.setEnabled(false);
+    QVERIFY2(imageDifference(rendered(slider), referenceImage(lookOf(slider))).isEmpty(),
+             "disabled");
+    slider.setEnabled(true);
+    QVERIFY2(imageDifference(rendered(slider), first).isEmpty(), "enabled again");
+
+    slider.resize(StripWidth + 37, StripHeight + 5);
+    QVERIFY2(imageDifference(rendered(slider), referenceImage(lookOf(slider))).isEmpty(),
+             "resized");
 }
 
 QTEST_MAIN(tst_QZEColorSlider)

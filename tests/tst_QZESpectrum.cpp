@@ -1,5 +1,7 @@
 #include "ChildProcess.h"
+#include "QZESpectralData.h"
 #include "QZESpectrum.h"
+#include "SpectrumReference.h"
 #include "TestHelpers.h"
 
 #include <QDir>
@@ -328,6 +330,14 @@ class tst_QZESpectrum : public QObject
     Q_OBJECT
 
 private slots:
+    // Shortcuts held to the plain arithmetic, bit for bit.
+    void resampleMatchesPlainBandAveragesOnRandomSources();
+    void resampleSeesAnEditThroughAKeptReference();
+    void resampleRestoresBandsEditedSinceTheLastResample();
+    void resampleAfterMovedWavelengthsUsesTheNewOnes();
+    void setRGBMatchesPlainSmitsMixOnRandomColours_data();
+    void setRGBMatchesPlainSmitsMixOnRandomColours();
+    void saveWritesTheStreamsBytesForRandomValues();
     void initTestCase();
 
     // Edge cases of the distribution
@@ -2616,6 +2626,190 @@ void tst_QZESpectrum::saveOverTheFileJustLoadedKeepsItsContent()
 
     QZE_COMPARE_OUTCOME(outcome, true, saveLog(name), "");
     QCOMPARE(readFile(name), bytes);
+}
+
+// --- Shortcuts against the plain arithmetic -------------------------------------
+
+namespace {
+
+QZESpectrum loadedSource(const SpectrumReference::Source& source)
+{
+    QZESpectrum spectrum;
+    spectrum.load(int(source.wavelengths.size()), source.wavelengths.data(), source.values.data());
+    return spectrum;
+}
+
+std::vector<float> floatGrid(int start, int delta, int num)
+{
+    std::vector<float> grid;
+    for (int i = 0; i < num; ++i)
+        grid.push_back(float(start + i * delta));
+    return grid;
+}
+
+// The Smits reflectance of r, g, b on the grid the bases are resampled to,
+// branch by branch, each sample clamped to 0..1 after the 0.94 scale.
+std::vector<float> plainSmits(float r, float g, float b, int num)
+{
+    const QZESpectralData* data = QZESpectralData::getInstance();
+    const auto basis = [data](QZESpectralData::Basis which, int i) {
+        return data->getReflectanceBasis(which).getSourceValues()[size_t(i)];
+    };
+    using D = QZESpectralData;
+    std::vector<float> values;
+    for (int i = 0; i < num; ++i) {
+        float value;
+        if (r <= g && r <= b) {
+            value = r * basis(D::White, i);
+            if (b >= g)
+                value += (g - r) * basis(D::Cyan, i) + (b - g) * basis(D::Blue, i);
+            else
+                value += (b - r) * basis(D::Cyan, i) + (g - b) * basis(D::Green, i);
+        } else if (g <= r && g <= b) {
+            value = g * basis(D::White, i);
+            if (b >= r)
+                value += (r - g) * basis(D::Magenta, i) + (b - r) * basis(D::Blue, i);
+            else
+                value += (b - g) * basis(D::Magenta, i) + (r - b) * basis(D::Red, i);
+        } else {
+            value = b * basis(D::White, i);
+            if (g >= r)
+                value += (r - b) * basis(D::Yellow, i) + (g - r) * basis(D::Green, i);
+            else
+                value += (g - b) * basis(D::Yellow, i) + (r - g) * basis(D::Red, i);
+        }
+        value *= 0.94f;
+        values.push_back(std::min(std::max(value, 0.0f), 1.0f));
+    }
+    return values;
+}
+
+} // namespace
+
+void tst_QZESpectrum::resampleMatchesPlainBandAveragesOnRandomSources()
+{
+    std::mt19937 generator(160);
+    QZESpectrum reused; // keeps its weights from one source to the next
+    for (int trial = 0; trial < 3000; ++trial) {
+        const SpectrumReference::Source source = SpectrumReference::randomSource(generator);
+        const std::vector<float> expected = SpectrumReference::bands(source.wavelengths, source.values);
+        QVERIFY2(SpectrumReference::sameBits(loadedSource(source).getSamples(), expected),
+                 qPrintable(QStringLiteral("fresh spectrum, trial %1").arg(trial)));
+        reused.editWavelengths() = source.wavelengths;
+        reused.editSourceValues() = source.values;
+        reused.resample();
+        QVERIFY2(SpectrumReference::sameBits(reused.getSamples(), expected),
+                 qPrintable(QStringLiteral("reused spectrum, trial %1").arg(trial)));
+    }
+}
+
+void tst_QZESpectrum::resampleSeesAnEditThroughAKeptReference()
+{
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+    std::vector<float>& values = spectrum.editSourceValues();
+    values[30] = 3.0f; // 530 nm, inside band 15
+    spectrum.resample();
+    QVERIFY(spectrum.getSamples()[15] > 1.0f);
+    QVERIFY(SpectrumReference::sameBits(
+        spectrum.getSamples(), SpectrumReference::bands(spectrum.getWavelengths(), values)));
+}
+
+void tst_QZESpectrum::resampleRestoresBandsEditedSinceTheLastResample()
+{
+    QZESpectrum spectrum;
+    spectrum.setOne();
+    spectrum.resample();
+    spectrum.editSamples()[7] = 42.0f;
+    spectrum.resample();
+    QCOMPARE(spectrum.getSamples(), std::vector<float>(40, 1.0f));
+    spectrum.editSamples().clear();
+    spectrum.resample();
+    QCOMPARE(spectrum.getSamples(), std::vector<float>(40, 1.0f));
+}
+
+void tst_QZESpectrum::resampleAfterMovedWavelengthsUsesTheNewOnes()
+{
+    QZESpectrum spectrum;
+    spectrum.set(0.0f, 380, 5, 81);
+    spectrum.editSourceValues()[0] = 10.0f; // a spike at the first sample
+    spectrum.resample();
+    const float before = spectrum.getSamples()[0];
+    for (float& wavelength : spectrum.editWavelengths())
+        wavelength += 100.0f; // the spike moves to 480 nm, band 10
+    spectrum.resample();
+    QVERIFY(spectrum.getSamples()[0] != before);
+    QVERIFY(SpectrumReference::sameBits(
+        spectrum.getSamples(),
+        SpectrumReference::bands(spectrum.getWavelengths(), spectrum.getSourceValues())));
+}
+
+void tst_QZESpectrum::setRGBMatchesPlainSmitsMixOnRandomColours_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("delta");
+    QTest::addColumn<int>("num");
+    QTest::newRow("380, 5, 81") << 380 << 5 << 81;
+    QTest::newRow("400, 10, 31") << 400 << 10 << 31;
+    QTest::newRow("360, 1, 471") << 360 << 1 << 471;
+}
+
+void tst_QZESpectrum::setRGBMatchesPlainSmitsMixOnRandomColours()
+{
+    QFETCH(int, start);
+    QFETCH(int, delta);
+    QFETCH(int, num);
+    std::mt19937 generator(1601);
+    std::uniform_real_distribution<float> channel(-0.2f, 1.2f);
+    std::uniform_int_distribution<int> level(0, 4); // equal channels on a coarse scale
+    QZESpectrum spectrum;
+    for (int trial = 0; trial < 3000; ++trial) {
+        float rgb[3];
+        for (float& c : rgb)
+            c = trial % 4 == 0 ? float(level(generator)) / 4.0f : channel(generator);
+        spectrum.setRGB(rgb[0], rgb[1], rgb[2], start, delta, num);
+        spectrum.resample(); // as the colour dialog does after every setRGB
+        const std::vector<float> values = plainSmits(rgb[0], rgb[1], rgb[2], num);
+        const QString where = QStringLiteral("trial %1: %2 %3 %4")
+                                  .arg(trial)
+                                  .arg(double(rgb[0]))
+                                  .arg(double(rgb[1]))
+                                  .arg(double(rgb[2]));
+        QVERIFY2(SpectrumReference::sameBits(spectrum.getSourceValues(), values), qPrintable(where));
+        QVERIFY2(SpectrumReference::sameBits(spectrum.getSamples(),
+                                             SpectrumReference::bands(floatGrid(start, delta, num), values)),
+                 qPrintable(where));
+    }
+}
+
+void tst_QZESpectrum::saveWritesTheStreamsBytesForRandomValues()
+{
+    std::mt19937 generator(16016);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    QZESpectrum spectrum;
+    std::vector<float> wavelengths;
+    std::vector<float> values;
+    for (int i = 0; i < 200000; ++i) {
+        wavelengths.push_back(380.0f + float(i) * 0.001953125f);
+        std::uint32_t bits = std::uint32_t(generator());
+        float anyFloat;
+        std::memcpy(&anyFloat, &bits, sizeof anyFloat);
+        values.push_back(i % 2 == 0 ? unit(generator) : anyFloat); // nan and inf among them
+    }
+    QVERIFY(spectrum.load(int(values.size()), wavelengths.data(), values.data()));
+    std::ostringstream expected; // the way spectra were always written
+    expected.imbue(std::locale::classic());
+    expected << "spectral2 " << values.size() << " \n";
+    for (float wavelength : wavelengths)
+        expected << wavelength << ' ';
+    expected << '\n';
+    for (float value : values)
+        expected << value << ' ';
+
+    const QString name = path(QStringLiteral("random.spectral"));
+    QVERIFY(captured([&] { return spectrum.save(name); }).result);
+    QCOMPARE(readFile(name), QByteArray::fromStdString(expected.str()));
 }
 
 QTEST_APPLESS_MAIN(tst_QZESpectrum)

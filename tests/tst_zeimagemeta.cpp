@@ -33,6 +33,8 @@ private slots:
     void showOfAJpegWithoutImageDataGivesItsMetadata();
     void showOfAnUnreadableFileNamesTheReason();
     void showPrintsPluginWarningsOnceBehindTheProgramsName();
+    void showOfSeveralFilesHeadsEachReportAndSeparatesThem();
+    void showOfSeveralFilesGoesOnPastAnUnreadableOneAndExitsOne();
     void stampWritesARecordTheLibraryReads();
     void stampCanCopyTheExifIntoXmp();
     void stampOnAFullDiskExitsWithTheSystemsReason();
@@ -104,7 +106,8 @@ void tst_zeimagemeta::helpDescribesEveryModeAndSucceeds()
 {
     const Result result = runTool({QStringLiteral("--help")});
     QCOMPARE(result.exitCode, 0);
-    QVERIFY(result.out.contains("show FILE"));
+    QVERIFY(result.out.contains("show FILE..."));
+    QVERIFY(result.out.simplified().contains("each report begins with a line \"==> FILE <==\""));
     QVERIFY(result.out.contains(
         "stamp FILE --scene NAME --render-version V --date ISO8601 --groups MASK [--exif-in-xmp]"));
     QVERIFY(result.out.contains("--render-version <V>"));
@@ -271,6 +274,35 @@ void tst_zeimagemeta::showOfAnUnreadableFileNamesTheReason()
     QCOMPARE(result.err, QByteArray("zeimagemeta: cannot read locked.png: Permission denied\n"));
 }
 
+void tst_zeimagemeta::showOfSeveralFilesHeadsEachReportAndSeparatesThem()
+{
+    const Result png = runTool({QStringLiteral("show"), QStringLiteral("plain.png")});
+    const Result bmp = runTool({QStringLiteral("show"), QStringLiteral("plain.bmp")});
+    QVERIFY(png.out.startsWith("[Image]\n"));
+    QVERIFY(bmp.out.startsWith("[Image]\n"));
+
+    const Result both = runTool(
+        {QStringLiteral("show"), QStringLiteral("plain.png"), QStringLiteral("plain.bmp")});
+    QCOMPARE(both.exitCode, 0);
+    QCOMPARE(both.out, "==> plain.png <==\n" + png.out + "\n==> plain.bmp <==\n" + bmp.out);
+    QVERIFY(both.err.isEmpty());
+}
+
+void tst_zeimagemeta::showOfSeveralFilesGoesOnPastAnUnreadableOneAndExitsOne()
+{
+    const Result png = runTool({QStringLiteral("show"), QStringLiteral("plain.png")});
+    const Result bmp = runTool({QStringLiteral("show"), QStringLiteral("plain.bmp")});
+
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("missing.png"),
+                                   QStringLiteral("plain.png"), QStringLiteral("words.txt"),
+                                   QStringLiteral("plain.bmp")});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out, "==> plain.png <==\n" + png.out + "\n==> plain.bmp <==\n" + bmp.out);
+    QCOMPARE(result.err, QByteArray("zeimagemeta: cannot read missing.png: no such file\n"
+                                    "zeimagemeta: cannot read words.txt: not an image format "
+                                    "this program reads\n"));
+}
+
 // libpng warns about a colour profile chunk too short to hold a profile;
 // it reads the header all the same.
 void tst_zeimagemeta::showPrintsPluginWarningsOnceBehindTheProgramsName()
@@ -393,9 +425,9 @@ void tst_zeimagemeta::failuresExitNonZeroWithMessage_data()
     QTest::newRow("unknown option") << QStringList{"show", "plain.png", "--bogus"} << 2
                                     << QByteArray("bogus");
     QTest::newRow("show without file") << QStringList{"show"} << 2
-                                       << QByteArray("show takes exactly one FILE");
-    QTest::newRow("show two files") << QStringList{"show", "plain.png", "plain.bmp"} << 2
-                                    << QByteArray("show takes exactly one FILE");
+                                       << QByteArray("show needs at least one FILE");
+    QTest::newRow("stamp two files") << QStringList{"stamp", "plain.png", "plain.bmp"} + stampOptions()
+                                     << 2 << QByteArray("stamp takes exactly one FILE");
     QTest::newRow("show with stamp option") << QStringList{"show", "plain.png", "--scene", "s"} << 2
                                             << QByteArray("show takes no --scene option");
     QTest::newRow("show missing") << QStringList{"show", "missing.png"} << 1

@@ -1,7 +1,10 @@
 #include "ImagesPage.h"
 
+#include "QZEImageFileDialog.h"
 #include "SampleCameraJpeg.h"
+#include "SampleRenders.h"
 #include "osgImage.h"
+#include "zeRenderSettings.h"
 #include "zeTextureMetaDataGUII.h"
 
 #include <QDir>
@@ -29,6 +32,7 @@ ImagesPage::ImagesPage(QWidget* parent) : QWidget(parent)
     buttons->addStretch(1);
     layout->addLayout(buttons);
     layout->addWidget(createSampleBox());
+    layout->addWidget(createBrowserBox());
 
     _status = new QLabel;
     _status->setTextFormat(Qt::PlainText);
@@ -37,6 +41,7 @@ ImagesPage::ImagesPage(QWidget* parent) : QWidget(parent)
     layout->addWidget(_status);
     layout->addStretch(1);
     writeSample();
+    writeRenders();
 }
 
 QWidget* ImagesPage::createSampleBox()
@@ -62,6 +67,36 @@ QWidget* ImagesPage::createSampleBox()
     return box;
 }
 
+QWidget* ImagesPage::createBrowserBox()
+{
+    auto* box = new QGroupBox(tr("Image browser"));
+    auto* layout = new QVBoxLayout(box);
+    auto* text = new QLabel(tr("Thumbnails of a folder of renders, and the render-settings groups "
+                               "the chosen image carries: the ticked ones come back with the "
+                               "file."));
+    text->setWordWrap(true);
+    layout->addWidget(text);
+    _browse = new QPushButton(tr("Browse images..."));
+    connect(_browse, &QPushButton::clicked, this, &ImagesPage::browseInProcess);
+    _picker = new QPushButton(tr("Browse in the picker program..."));
+    connect(_picker, &QPushButton::clicked, this, &ImagesPage::browseInPicker);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(_browse);
+    buttons->addWidget(_picker);
+    buttons->addStretch(1);
+    layout->addLayout(buttons);
+    _choice = new QLabel;
+    _groups = new QLabel;
+    for (QLabel* label : {_choice, _groups}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        layout->addWidget(label);
+    }
+    showChoice(QString(), 0);
+    return box;
+}
+
 void ImagesPage::writeSample()
 {
     const QString path = _sampleDir.filePath(QStringLiteral("sample-camera.jpg"));
@@ -75,6 +110,20 @@ void ImagesPage::writeSample()
         _lastChoice = path;
     }
     _sampleInformation->setEnabled(!_sample.isEmpty());
+}
+
+void ImagesPage::writeRenders()
+{
+    const QString folder = _sampleDir.filePath(QStringLiteral("renders"));
+    SampleRenders renders;
+    if (!_sampleDir.isValid() || !QDir().mkpath(folder)) {
+        showStatus(tr("Cannot make a folder for the sample renders."));
+    } else if (!renders.write(folder)) {
+        showStatus(renders.errorString());
+    } else {
+        _renders = folder;
+        _browseStart = folder;
+    }
 }
 
 zeTextureMetaDataGUII* ImagesPage::openInformation(const QString& path)
@@ -115,4 +164,61 @@ void ImagesPage::chooseImage()
 void ImagesPage::showStatus(const QString& text)
 {
     _status->setText(text);
+}
+
+namespace {
+
+QString browserFilter()
+{
+    return QStringLiteral("*.png *.jpg *.jpeg *.tif *.tiff");
+}
+
+} // namespace
+
+void ImagesPage::browseInProcess()
+{
+    int mask = 0;
+    const QString path = QZEImageFileDialog::getOpenFileName(
+        this, tr("Choose a Rendered Image"), _browseStart, browserFilter(), &mask);
+    showChoice(path, mask);
+}
+
+void ImagesPage::browseInPicker()
+{
+    int mask = 0;
+    const QString path = QZEImageFileDialog::getOpenFileNameExternalProc(
+        this, tr("Choose a Rendered Image"), _browseStart, browserFilter(), &mask);
+    showChoice(path, mask);
+}
+
+void ImagesPage::showChoice(const QString& path, int mask)
+{
+    if (path.isEmpty()) {
+        _choice->setText(tr("Chosen file: none"));
+        _groups->setText(QString());
+        return;
+    }
+    _browseStart = path;
+    _choice->setText(tr("Chosen file: %1").arg(QDir::toNativeSeparators(path)));
+    _groups->setText(tr("Render-settings groups: %1 (mask %2)").arg(describeGroups(mask)).arg(mask));
+}
+
+QString ImagesPage::describeGroups(int mask)
+{
+    // In the filter tree's order.
+    const QVector<QPair<int, QString>> groups = {
+        {zeRenderSettings::CameraSettings, tr("Camera Settings")},
+        {zeRenderSettings::ImageSettings, tr("Image Settings")},
+        {zeRenderSettings::AnimationSettings, tr("Animation Settings")},
+        {zeRenderSettings::RenderPassesSettings, tr("Renderpasses Settings")},
+        {zeRenderSettings::RaytracingSettings, tr("Raytracing Settings")},
+        {zeRenderSettings::NodeVisibilities, tr("Node Visibilities")},
+        {zeRenderSettings::SwitchNodeStates, tr("Switch Node States")},
+        {zeRenderSettings::SwitchMaterialStates, tr("Switch Material States")}};
+    QStringList names;
+    for (const auto& group : groups) {
+        if (mask & group.first)
+            names << group.second;
+    }
+    return names.isEmpty() ? tr("none") : names.join(QStringLiteral(", "));
 }

@@ -4,17 +4,28 @@
 #include "DialogPage.h"
 #include "ImagesPage.h"
 #include "QZEColorDialog.h"
+#include "QZEConvertImage.h"
+#include "QZEImageFileDialog.h"
+#include "SampleRenders.h"
 #include "zeTextureMetaDataGUII.h"
 
 #include <QZEAtomicFileWriter.h>
 
 #include <QBuffer>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFileSystemModel>
+#include <QListView>
+#include <QSplitter>
+#include <QThreadPool>
 #include <QPainter>
 #include <QPixmap>
 #include <QTabWidget>
 
+#include <functional>
+
 const QSize ScreenshotWriter::WindowSize(860, 620);
+const QSize ScreenshotWriter::BrowserSize(1280, 580);
 
 ScreenshotWriter::ScreenshotWriter(const QString& directory) : _directory(directory) {}
 
@@ -27,7 +38,7 @@ bool ScreenshotWriter::write(ColorLabWindow& window)
     }
     return writePages(window, dir)
            && writeDialog(*window.colorDialog(), *window.findChild<DialogPage*>(), dir)
-           && writeImageInformation(window, dir);
+           && writeImageInformation(window, dir) && writeImageBrowser(window, dir);
 }
 
 bool ScreenshotWriter::writePages(ColorLabWindow& window, const QDir& dir)
@@ -108,6 +119,72 @@ bool ScreenshotWriter::writeImageInformation(ColorLabWindow& window, const QDir&
     const bool saved = save(dialog->grab().toImage(), dir.filePath(QStringLiteral("image-information.png")));
     dialog->close();
     return saved;
+}
+
+namespace {
+
+// The longest wait for the folder listing and for the thumbnails.
+constexpr int BrowserWaitMs = 20000;
+
+// Runs events until done() holds or the wait is over.
+bool processEventsUntil(const std::function<bool()>& done)
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (!done() && waited.elapsed() < BrowserWaitMs) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThreadPool::globalInstance()->waitForDone(10);
+    }
+    return done();
+}
+
+bool everyThumbnailArrived(QZEImageFileDialog& dialog, int files)
+{
+    const std::map<QString, QImage*>& thumbnails = *dialog.getImages();
+    if (int(thumbnails.size()) < files)
+        return false;
+    for (const auto& entry : thumbnails) {
+        if (QZEConvertImage::finishedImage(entry.second).isNull())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+// The browser lists its folder and makes its thumbnails asynchronously; the
+// picture is taken once the listing is there, the stamped render is current
+// with its groups read, and every thumbnail has been painted once, so that
+// its job ran, and then again with the result.
+bool ScreenshotWriter::writeImageBrowser(ColorLabWindow& window, const QDir& dir)
+{
+    auto* images = window.findChild<ImagesPage*>();
+    const QString folder = images ? images->sampleRendersFolder() : QString();
+    const int files = SampleRenders::samples().size();
+    QZEImageFileDialog dialog(&window, folder, QStringLiteral("*.png *.jpg *.tif"), true);
+    dialog.setAttribute(Qt::WA_DontShowOnScreen);
+    dialog.resize(BrowserSize);
+    // Room for three thumbnail columns, so every sample shows at once.
+    if (auto* splitter = dialog.findChild<QSplitter*>(QStringLiteral("_splitter")))
+        splitter->setSizes({200, BrowserSize.width()});
+    dialog.show();
+    auto* list = dialog.findChild<QListView*>(QStringLiteral("_list"));
+    auto* model = list ? qobject_cast<QFileSystemModel*>(list->model()) : nullptr;
+    const bool listed = model && processEventsUntil([&] {
+        return model->rowCount(list->rootIndex()) == files;
+    });
+    if (listed) {
+        const QString stamped = QDir(folder).filePath(SampleRenders::samples().first().fileName);
+        list->setCurrentIndex(model->index(stamped));
+        dialog.updateMetaDataInfo(); // what the browser's own 10 ms timer would do
+        dialog.grab();
+    }
+    if (!listed || !processEventsUntil([&] { return everyThumbnailArrived(dialog, files); })) {
+        _error = tr("The image browser did not show the sample renders in time.");
+        return false;
+    }
+    QCoreApplication::processEvents();
+    return writeDialogAtRatio(dialog, 1, dir.filePath(QStringLiteral("image-browser.png")));
 }
 
 bool ScreenshotWriter::save(const QImage& image, const QString& file)

@@ -19,13 +19,17 @@ class QZEColorDialog;
 // colordialog@2x.png; then the dialog's spectrum tab with the dialog page's
 // daylight spectrum, at ratio 1, into colordialog-spectrum.png; last the
 // image information dialog of the Images page's sample photo into
-// image-information.png at the dialog's own size.
+// image-information.png at the dialog's own size; last the image browser on
+// the Images page's sample renders, with every thumbnail arrived and a
+// stamped render selected so that its groups are ticked in the filter tree,
+// into image-browser.png.
 class ScreenshotWriter
 {
     Q_DECLARE_TR_FUNCTIONS(ScreenshotWriter)
 
 public:
     static const QSize WindowSize;
+    static const QSize BrowserSize;
 
     explicit ScreenshotWriter(const QString& directory);
 
@@ -41,6 +45,7 @@ private:
     bool writeDialogAtRatio(QWidget& dialog, int ratio, const QString& file);
     bool writeSpectrumTab(QZEColorDialog& dialog, DialogPage& page, const QDir& dir);
     bool writeImageInformation(ColorLabWindow& window, const QDir& dir);
+    bool writeImageBrowser(ColorLabWindow& window, const QDir& dir);
     bool save(const QImage& image, const QString& file);
 
     QString _directory;

@@ -97,8 +97,8 @@ ImageMetaTool::ImageMetaTool()
     QCoreApplication::setApplicationVersion(QStringLiteral(ZEIMAGEMETA_VERSION));
     _parser.addOptions(
         {_sceneOption, _renderVersionOption, _dateOption, _groupsOption, _exifOption});
-    _parser.addPositionalArgument(QStringLiteral("command"), tr("show or stamp, then FILE."),
-                                  tr("command FILE"));
+    _parser.addPositionalArgument(QStringLiteral("command"), tr("show FILE..., or stamp FILE."),
+                                  tr("command FILE..."));
     _parser.setApplicationDescription(helpText());
 }
 
@@ -106,10 +106,14 @@ QString ImageMetaTool::helpText() const
 {
     return tr("Shows and writes the metadata of image files: baseline tags, EXIF exposure data "
               "and the render-settings record.")
-        + QLatin1String("\n\n") + tr("Commands:") + QLatin1String("\n  show FILE\n      ")
+        + QLatin1String("\n\n") + tr("Commands:") + QLatin1String("\n  show FILE...\n      ")
         + tr("Print the size and channels of the image in FILE, the metadata blocks that the "
              "image loader attaches to it, each under its name in brackets, and its "
              "render-settings record. The pixels are not decoded.")
+        + QLatin1String("\n      ")
+        + tr("With several files, each report begins with a line \"==> FILE <==\" and an "
+             "empty line separates one report from the next; a file that cannot be read is "
+             "named on standard error and the others are still shown.")
         + QLatin1String("\n  stamp FILE --scene NAME --render-version V --date ISO8601 "
                         "--groups MASK [--exif-in-xmp]\n      ")
         + tr("Write a render-settings record into FILE (JPEG, PNG, TIFF, WebP) without "
@@ -118,8 +122,8 @@ QString ImageMetaTool::helpText() const
         + QLatin1String("\n  --gui FILE\n      ")
         + tr("Show the image information dialog for FILE.")
         + QLatin1String("\n\n")
-        + tr("Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage "
-             "error.");
+        + tr("Exit status: 0 on success, 1 when a file (with show, any of the files) cannot be "
+             "read or written, 2 on a usage error.");
 }
 
 int ImageMetaTool::run(const QStringList& arguments)
@@ -147,19 +151,37 @@ int ImageMetaTool::runCommand(const QString& command, const QStringList& files)
     const bool isShow = command == QLatin1String("show");
     if (!isShow && command != QLatin1String("stamp"))
         return usageError(tr("unknown command '%1'").arg(command));
-    if (files.size() != 1)
-        return usageError(tr("%1 takes exactly one FILE").arg(command));
-    if (!isShow)
+    if (!isShow) {
+        if (files.size() != 1)
+            return usageError(tr("%1 takes exactly one FILE").arg(command));
         return stamp(files.first());
+    }
+    if (files.isEmpty())
+        return usageError(tr("show needs at least one FILE"));
     for (const QCommandLineOption* option :
          {&_sceneOption, &_renderVersionOption, &_dateOption, &_groupsOption, &_exifOption}) {
         if (_parser.isSet(*option))
             return usageError(tr("show takes no --%1 option").arg(option->names().constFirst()));
     }
-    return show(files.first());
+    return showAll(files);
 }
 
-int ImageMetaTool::show(const QString& file)
+// One file's report as it is; several go one after the other, each under a
+// heading naming its file. A file that cannot be read is reported on
+// standard error and the rest are still shown.
+int ImageMetaTool::showAll(const QStringList& files)
+{
+    const bool headings = files.size() > 1;
+    int status = Success;
+    int shown = 0;
+    for (const QString& file : files) {
+        if (show(file, headings ? &shown : nullptr) != Success)
+            status = FileError;
+    }
+    return status;
+}
+
+int ImageMetaTool::show(const QString& file, int* shown)
 {
     const osg::ImagePtr image = osg::Image::create();
     image->setAttachmentField(zeImageMetaData::getAttachmentKey(), std::string());
@@ -169,6 +191,8 @@ int ImageMetaTool::show(const QString& file)
     const zeImageMetaData metaData(image, true);
     std::string exifInXmp;
     metaData.getEXIFData(exifInXmp);
+    if (shown)
+        _out << ((*shown)++ > 0 ? "\n==> " : "==> ") << file << " <==\n";
     printShape(*image);
     printBlock(QString::fromStdString(zeImageMetaData::getBaselineDataKey()),
                image->findAttachmentField(zeImageMetaData::getBaselineDataKey()).value_or(""));

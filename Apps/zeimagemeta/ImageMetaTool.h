@@ -16,11 +16,13 @@ namespace osg {
 class Image;
 }
 
-// The zeimagemeta command line: "show FILE" prints what the image loader
-// finds in FILE without decoding its pixels (size and channels, the
+// The zeimagemeta command line: "show FILE..." prints what the image loader
+// finds in each FILE without decoding its pixels (size and channels, the
 // baseline and EXIF blocks as they are, each under its name in brackets,
 // and the render-settings record decoded), "stamp FILE ..." writes a
-// render-settings record into it.
+// render-settings record into one file. Several files to show each get a
+// heading "==> FILE <==", with an empty line between reports; the status is
+// 1 when any of them could not be read.
 //
 // Warnings of the image plugins and of exiv2 go to standard error once
 // each, behind the program's name, while the tool runs.
@@ -40,7 +42,8 @@ public:
 private:
     QString helpText() const;
     int runCommand(const QString& command, const QStringList& files);
-    int show(const QString& file);
+    int showAll(const QStringList& files);
+    int show(const QString& file, int* shown);
     void printShape(const osg::Image& image);
     void printBlock(const QString& name, const std::string& block);
     void printRecord(const zeRenderSettings& record);

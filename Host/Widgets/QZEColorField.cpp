@@ -1,5 +1,6 @@
 #include "QZEColorField.h"
 
+#include "QZEEncodedBytes.h"
 #include "zePlatform.h"
 
 #include <QKeyEvent>
@@ -155,72 +156,6 @@ QZEColor colorFromFamily(Family family, const float values[3])
     }
 }
 
-// 8-bit sRGB encoding of a linear channel, exactly
-// QZEColor::toByte(QZEColor::encodeSRGB(c)), without a power call per pixel.
-// _thresholds[k] is the least channel that encodes to k or more (a channel
-// of 1 still gives 254); a table over 0..2 gives the byte at the start of
-// each 1/4096 step, which the thresholds then correct upwards.
-class EncodedBytes
-{
-public:
-    EncodedBytes()
-    {
-        _thresholds[0] = -1.0f;
-        for (int k = 1; k < 256; ++k)
-            _thresholds[k] = leastChannelEncodingTo(k);
-        int k = 0;
-        for (int i = 0; i < BucketCount; ++i) {
-            const float start = float(i) / float(BucketsPerUnit);
-            while (k < 255 && _thresholds[k + 1] <= start)
-                ++k;
-            _buckets[i] = quint8(k);
-        }
-    }
-
-    int byteOf(float c) const
-    {
-        if (!(c >= _thresholds[1]))
-            return 0; // also NaN
-        if (c >= _thresholds[255])
-            return 255;
-        // Scaling by a power of two is exact, so the bucket starts at or
-        // below c and its byte can only be too low.
-        int k = _buckets[int(c * float(BucketsPerUnit))];
-        while (c >= _thresholds[k + 1])
-            ++k;
-        return k;
-    }
-
-private:
-    static constexpr float Top = 2.0f; // encodes to 255
-    static constexpr int BucketsPerUnit = 4096;
-    static constexpr int BucketCount = int(Top) * BucketsPerUnit;
-
-    static int encodedByte(float c) { return QZEColor::toByte(QZEColor::encodeSRGB(c)); }
-
-    // Bisection over 0..Top; the encoding never decreases.
-    static float leastChannelEncodingTo(int k)
-    {
-        float low = 0.0f;
-        float high = Top;
-        while (true) {
-            const float middle = low + (high - low) * 0.5f;
-            if (middle == low || middle == high)
-                return high;
-            (encodedByte(middle) >= k ? high : low) = middle;
-        }
-    }
-
-    float _thresholds[256];
-    quint8 _buckets[BucketCount];
-};
-
-const EncodedBytes& encodedBytes()
-{
-    static const EncodedBytes table;
-    return table;
-}
-
 // GCC turns the rows of the hue and saturation planes into vector code only
 // at -O3 and when it may assume that float comparisons do not trap (no result
 // changes); the pixel functions they call must then be inlined regardless.
@@ -247,10 +182,9 @@ QZE_ALWAYS_INLINE QRgb displayPixel(float r, float g, float b)
 
 // A linear colour as its HSV form shows it sRGB-encoded: the channels go
 // through HSV and back, as every colour of the library does.
-inline QRgb encodedPixel(float r, float g, float b)
+inline QRgb encodedPixel(float r, float g, float b, const QZEEncodedBytes& bytes)
 {
     QZEColor::fromRGB(r, g, b).getRGB(r, g, b);
-    const EncodedBytes& bytes = encodedBytes();
     return qRgb(bytes.byteOf(r), bytes.byteOf(g), bytes.byteOf(b));
 }
 
@@ -369,6 +303,7 @@ inline float zTerm(int c, float Z)
 // row, so a pixel is three sums of a column term and a row term.
 void fillLstarPlane(QImage& plane, float L)
 {
+    const QZEEncodedBytes& bytes = QZEEncodedBytes::table();
     const int w = plane.width();
     const std::vector<float> as = axisComponents(QZEColorField::Astar, w, false);
     const std::vector<float> bs = axisComponents(QZEColorField::Bstar, plane.height(), true);
@@ -386,7 +321,8 @@ void fillLstarPlane(QImage& plane, float L)
         const float zr = zTerm(0, Z), zg = zTerm(1, Z), zb = zTerm(2, Z);
         QRgb* line = planeLine(plane, y);
         for (int x = 0; x < w; ++x)
-            line[x] = encodedPixel(xy.r[size_t(x)] + zr, xy.g[size_t(x)] + zg, xy.b[size_t(x)] + zb);
+            line[x] = encodedPixel(xy.r[size_t(x)] + zr, xy.g[size_t(x)] + zg, xy.b[size_t(x)] + zb,
+                                   bytes);
     }
 }
 
@@ -394,6 +330,7 @@ void fillLstarPlane(QImage& plane, float L)
 // only Z needs the row too.
 void fillAstarPlane(QImage& plane, float a)
 {
+    const QZEEncodedBytes& bytes = QZEEncodedBytes::table();
     const int w = plane.width();
     const std::vector<float> Ls = axisComponents(QZEColorField::Lstar, w, false);
     const std::vector<float> bs = axisComponents(QZEColorField::Bstar, plane.height(), true);
@@ -414,7 +351,7 @@ void fillAstarPlane(QImage& plane, float a)
         for (int x = 0; x < w; ++x) {
             const float Z = QZEColor::s_reference_white_Z * labFInverse(labFz(b, fys[size_t(x)]));
             line[x] = encodedPixel(xy.r[size_t(x)] + zTerm(0, Z), xy.g[size_t(x)] + zTerm(1, Z),
-                                   xy.b[size_t(x)] + zTerm(2, Z));
+                                   xy.b[size_t(x)] + zTerm(2, Z), bytes);
         }
     }
 }
@@ -423,6 +360,7 @@ void fillAstarPlane(QImage& plane, float a)
 // only X needs the row too.
 void fillBstarPlane(QImage& plane, float b)
 {
+    const QZEEncodedBytes& bytes = QZEEncodedBytes::table();
     const int w = plane.width();
     const std::vector<float> Ls = axisComponents(QZEColorField::Lstar, w, false);
     const std::vector<float> as = axisComponents(QZEColorField::Astar, plane.height(), true);
@@ -445,7 +383,7 @@ void fillBstarPlane(QImage& plane, float b)
             const float X = QZEColor::s_reference_white_X * labFInverse(labFx(a, fys[size_t(x)]));
             const float Y = Ys[size_t(x)];
             line[x] = encodedPixel(xyTerm(0, X, Y) + z.r[size_t(x)], xyTerm(1, X, Y) + z.g[size_t(x)],
-                                   xyTerm(2, X, Y) + z.b[size_t(x)]);
+                                   xyTerm(2, X, Y) + z.b[size_t(x)], bytes);
         }
     }
 }

@@ -34,3 +34,8 @@ bool QZEAtomicFileWriter::commit()
 {
     return _file.flush() && _file.commit();
 }
+
+bool QZEAtomicFileWriter::setPermissions(QFileDevice::Permissions permissions)
+{
+    return _file.isOpen() && _file.setPermissions(permissions);
+}

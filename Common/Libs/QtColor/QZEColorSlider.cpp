@@ -1,5 +1,6 @@
 #include "QZEColorSlider.h"
 
+#include "QZEEncodedBytes.h"
 #include "zePlatform.h"
 
 #include <QFontMetrics>
@@ -284,13 +285,53 @@ void QZEColorSlider::paintEvent(QPaintEvent*)
 
 void QZEColorSlider::repaintSlider(QPainter& painter)
 {
-    painter.fillRect(rect(), QGuiApplication::palette().brush(QPalette::Button));
-
-    const bool enabled = isEnabled();
-    drawColumns(painter, enabled);
-    drawBevel(painter);
-    if (!enabled)
+    ensureBody();
+    painter.drawImage(0, 0, _body);
+    if (!isEnabled())
         drawDisabledText(painter);
+}
+
+// Conservative: the end colour and the process-wide settings count also in
+// the modes whose strip does not read them. Hosts keep the end colour of such
+// sliders as it is, so they repaint from the cache all the same.
+QZEColorSlider::StripInputs QZEColorSlider::stripInputs() const
+{
+    return {float(_mode),
+            isEnabled() ? 1.0f : 0.0f,
+            _maxColor.h,
+            _maxColor.s,
+            _maxColor.v,
+            QZEColor::s_useGamma ? 1.0f : 0.0f,
+            QZEColor::s_LabRange,
+            QZEColor::s_reference_white_X,
+            QZEColor::s_reference_white_Y,
+            QZEColor::s_reference_white_Z};
+}
+
+// Premultiplied and cleared first, so that a translucent palette brush blends
+// over what lies below the widget as it would when painted directly.
+void QZEColorSlider::ensureBody()
+{
+    const StripInputs inputs = stripInputs();
+    const qint64 paletteKey = QGuiApplication::palette().cacheKey();
+    if (_body.size() == size() && _bodyInputs == inputs && _bodyPalette == paletteKey)
+        return;
+    if (_body.size() != size())
+        _body = QImage(size(), QImage::Format_ARGB32_Premultiplied);
+    _bodyInputs = inputs;
+    _bodyPalette = paletteKey;
+    if (_body.isNull())
+        return;
+    _body.fill(Qt::transparent);
+    QPainter painter(&_body);
+    drawBody(painter);
+}
+
+void QZEColorSlider::drawBody(QPainter& painter)
+{
+    painter.fillRect(rect(), QGuiApplication::palette().brush(QPalette::Button));
+    drawColumns(painter, isEnabled());
+    drawBevel(painter);
 }
 
 // The strip is one vertical line per column x = 1 .. W-3 from y = 2 to
@@ -312,10 +353,11 @@ void QZEColorSlider::drawColumns(QPainter& painter, bool enabled)
     float L = 0.0f, a = 0.0f, b = 0.0f;
     if (_mode == Lstar || _mode == Astar || _mode == Bstar)
         _maxColor.HSVtoLAB(_maxColor.h, _maxColor.s, _maxColor.v, L, a, b);
+    const QZEEncodedBytes& bytes = QZEEncodedBytes::table();
     for (int x = 1; x <= n - 1; ++x) {
         if (enabled) {
             const float t = float(x - 1) / float(n);
-            row[x - 1] = columnColor(t, L, a, b);
+            row[x - 1] = columnColor(t, L, a, b, bytes);
         } else {
             const float grey = 0.1f + 0.4f * float(x - 1) / float(n);
             row[x - 1] = QZEColor(0.0f, 0.0f, grey).getQColor().rgb();
@@ -327,14 +369,22 @@ void QZEColorSlider::drawColumns(QPainter& painter, bool enabled)
     painter.drawImage(QPoint(1, top), _strip);
 }
 
-QRgb QZEColorSlider::columnColor(float t, float L, float a, float b) const
+// The saturation strip is the only sRGB-encoded one; its bytes come from the
+// table, which gives exactly those of getGammaQColor.
+QRgb QZEColorSlider::columnColor(float t, float L, float a, float b,
+                                 const QZEEncodedBytes& bytes) const
 {
     QZEColor color;
     switch (_mode) {
     case Hue:
         return QZEColor(t * 360.0f, 1.0f, 1.0f).getQColor().rgb();
-    case Saturation:
-        return QZEColor(_maxColor.h, t, _maxColor.v).getGammaQColor().rgb();
+    case Saturation: {
+        if (!QZEColor::s_useGamma)
+            return QZEColor(_maxColor.h, t, _maxColor.v).getQColor().rgb();
+        float r, g, bl;
+        QZEColor::hsvToRgb(_maxColor.h, t, _maxColor.v, r, g, bl);
+        return qRgb(bytes.byteOf(r), bytes.byteOf(g), bytes.byteOf(bl));
+    }
     case Value:
         return QZEColor(_maxColor.h, _maxColor.s, t).getQColor().rgb();
     case Red:

@@ -7,7 +7,10 @@
 #include <QString>
 #include <QWidget>
 
+#include <array>
+
 class QPainter;
+class QZEEncodedBytes;
 
 /// A horizontal gradient strip with a handle that shows one colour channel.
 ///
@@ -21,6 +24,11 @@ class QPainter;
 /// mode, spectral data) the slider disables itself and paints a grey ramp with
 /// an explanation, in the widget's font made small enough for the strip's
 /// height and cut short with an ellipsis where the strip is too narrow for it.
+///
+/// Background, strip and bevel are kept in an image that is painted again only
+/// when what they show changes (size, mode, enabled state, the end colour or
+/// process-wide setting the strip reads, the application palette); moving the
+/// handle repaints from that image.
 ///
 /// Usage:
 /// \code
@@ -194,8 +202,14 @@ private:
     void setPrimaryMode(bool on, Mode mode, float hue);
     void updateDisabledState();
     float mapEventToValue(const QMouseEvent* event) const;
-    QRgb columnColor(float t, float L, float a, float b) const;
+    QRgb columnColor(float t, float L, float a, float b, const QZEEncodedBytes& bytes) const;
     int handleCentre() const;
+    // What the strip shows besides the size: the mode, the enabled state, the
+    // end colour and the process-wide settings of the conversions.
+    using StripInputs = std::array<float, 10>;
+    StripInputs stripInputs() const;
+    void ensureBody();
+    void drawBody(QPainter& painter);
     void drawColumns(QPainter& painter, bool enabled);
     void drawBevel(QPainter& painter) const;
     void drawHandle(QPainter& painter) const;
@@ -211,6 +225,9 @@ private:
     bool _photometricParameters = false;
     bool _useSpectrum = false;
     QImage _strip; // reused between paints so a repaint allocates nothing
+    QImage _body;  // background, strip and bevel as last painted
+    StripInputs _bodyInputs{};
+    qint64 _bodyPalette = 0;
 };
 
 #endif // QZECOLORSLIDER_H

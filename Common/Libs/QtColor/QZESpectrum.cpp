@@ -1,6 +1,7 @@
 #include "QZESpectrum.h"
 
 #include "QZEAnalyticSpectrum.h"
+#include "QZENumberFormatter.h"
 #include "QZENumberScanner.h"
 #include "QZESpectralData.h"
 
@@ -12,8 +13,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <iostream>
-#include <sstream>
 #include <string_view>
 
 namespace {
@@ -52,6 +53,12 @@ bool containsUpper(const QString& name, const char* suffix)
 QString fileSystemName(const QString& name)
 {
     return QFile::decodeName(name.toUtf8());
+}
+
+bool sameBits(const std::vector<float>& stored, const float* current, size_t count)
+{
+    return stored.size() == count
+           && std::memcmp(stored.data(), current, count * sizeof(float)) == 0;
 }
 
 bool refusedBy(const QZEAtomicFileWriter& file, QString* reason)
@@ -202,43 +209,26 @@ void QZESpectrum::resample()
 {
     if (_wavelengths.empty() || _sourceValues.empty())
         return;
-    _samples.clear();
-    for (int k = 0; k < NumBands; ++k) {
-        const float lo = float(FirstBandWavelength + BandWidth * k);
-        _samples.push_back(bandAverage(lo, lo + float(BandWidth)));
-    }
+    const size_t n = sourceCount();
+    if (bandsAreCurrent(n))
+        return;
+    if (!_bandWeights.isFor(_wavelengths.data(), n))
+        _bandWeights.rebuild(_wavelengths.data(), n, float(FirstBandWavelength),
+                             float(BandWidth), NumBands);
+    _samples.resize(size_t(NumBands));
+    _bandWeights.average(_sourceValues.data(), _samples.data());
+    _resampledValues.assign(_sourceValues.begin(), _sourceValues.begin() + long(n));
+    _resampledBands = _samples;
 }
 
-// Average of the piecewise linear source over [lo, hi); beyond the source's
-// ends the end values continue as constants.
-float QZESpectrum::bandAverage(float lo, float hi) const
+// Whether the bands hold what resampling the first n source samples gives:
+// the source and the bands are as the last resample() left them. The
+// comparison is by bits, so edits through the edit*() references, however
+// long a caller keeps them, are always seen.
+bool QZESpectrum::bandsAreCurrent(size_t n) const
 {
-    const std::vector<float>& w = _wavelengths;
-    const std::vector<float>& s = _sourceValues;
-    const size_t n = sourceCount();
-    if (n == 1 || w[0] >= hi)
-        return s[0];
-    if (lo >= w[n - 1])
-        return s[n - 1];
-
-    double integral = w[0] > lo ? double(w[0] - lo) * s[0] : 0.0;
-    // First segment whose end reaches lo (lo < w[n - 1] here, so there is one).
-    size_t j = size_t(std::lower_bound(w.begin() + 1, w.begin() + long(n), lo) - w.begin()) - 1;
-    for (; j + 1 < n && w[j] <= hi; ++j) {
-        const float width = w[j + 1] - w[j];
-        if (width <= 0.0f)
-            continue; // a repeated wavelength is a step, not an interval
-        const float a = std::max(w[j], lo);
-        const float b = std::min(w[j + 1], hi);
-        const float ta = (a - w[j]) / width;
-        const float tb = (b - w[j]) / width;
-        const float va = ta * s[j + 1] + (1.0f - ta) * s[j];
-        const float vb = tb * s[j + 1] + (1.0f - tb) * s[j];
-        integral += double(b - a) * (double(va) + double(vb)) * 0.5;
-    }
-    if (hi > w[n - 1])
-        integral += double(hi - w[n - 1]) * s[n - 1];
-    return float(integral / double(hi - lo));
+    return _bandWeights.isFor(_wavelengths.data(), n) && sameBits(_resampledValues, _sourceValues.data(), n)
+           && sameBits(_resampledBands, _samples.data(), _samples.size());
 }
 
 // The source interpolated at x, held constant beyond its ends.
@@ -456,6 +446,35 @@ QZESpectrum::RGB QZESpectrum::getRGB() const
     return rgb;
 }
 
+// The Smits reflectance for r, g, b: the smallest channel times the white
+// basis plus two more bases, chosen and weighted by the channels' order.
+struct QZESpectrum::SmitsMix
+{
+    float white;
+    float first;
+    float second;
+    QZESpectralData::Basis firstBasis;
+    QZESpectralData::Basis secondBasis;
+};
+
+QZESpectrum::SmitsMix QZESpectrum::smitsMix(float r, float g, float b)
+{
+    using D = QZESpectralData;
+    if (r <= g && r <= b) {
+        if (b >= g)
+            return {r, g - r, b - g, D::Cyan, D::Blue};
+        return {r, b - r, g - b, D::Cyan, D::Green};
+    }
+    if (g <= r && g <= b) {
+        if (b >= r)
+            return {g, r - g, b - r, D::Magenta, D::Blue};
+        return {g, b - g, r - b, D::Magenta, D::Red};
+    }
+    if (g >= r)
+        return {b, r - b, g - r, D::Yellow, D::Green};
+    return {b, g - b, r - g, D::Yellow, D::Red};
+}
+
 void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int num)
 {
     QZESpectralData* data = QZESpectralData::getInstance();
@@ -463,37 +482,18 @@ void QZESpectrum::setRGB(float r, float g, float b, int start, int delta, int nu
         return;
     if (!data->hasReflSampling(start, delta, num))
         data->resampleReflSpec(start, delta, num);
-    const auto basis = [data](QZESpectralData::Basis which, size_t i) {
-        return data->getReflectanceBasis(which).getSourceValues()[i];
-    };
-    _wavelengths.clear();
-    _sourceValues.clear();
-    for (int k = 0; k < num; ++k) {
-        const size_t i = size_t(k);
-        float value;
-        if (r <= g && r <= b) {
-            value = r * basis(QZESpectralData::White, i);
-            if (b >= g)
-                value += (g - r) * basis(QZESpectralData::Cyan, i) + (b - g) * basis(QZESpectralData::Blue, i);
-            else
-                value += (b - r) * basis(QZESpectralData::Cyan, i) + (g - b) * basis(QZESpectralData::Green, i);
-        } else if (g <= r && g <= b) {
-            value = g * basis(QZESpectralData::White, i);
-            if (b >= r)
-                value += (r - g) * basis(QZESpectralData::Magenta, i) + (b - r) * basis(QZESpectralData::Blue, i);
-            else
-                value += (b - g) * basis(QZESpectralData::Magenta, i) + (r - b) * basis(QZESpectralData::Red, i);
-        } else {
-            value = b * basis(QZESpectralData::White, i);
-            if (g >= r)
-                value += (r - b) * basis(QZESpectralData::Yellow, i) + (g - r) * basis(QZESpectralData::Green, i);
-            else
-                value += (g - b) * basis(QZESpectralData::Yellow, i) + (r - g) * basis(QZESpectralData::Red, i);
-        }
+    const SmitsMix mix = smitsMix(r, g, b);
+    const float* white = data->getReflectanceBasis(QZESpectralData::White).getSourceValues().data();
+    const float* first = data->getReflectanceBasis(mix.firstBasis).getSourceValues().data();
+    const float* second = data->getReflectanceBasis(mix.secondBasis).getSourceValues().data();
+    _wavelengths.resize(size_t(num));
+    _sourceValues.resize(size_t(num));
+    for (size_t i = 0; i < size_t(num); ++i) {
+        float value = mix.white * white[i];
+        value += mix.first * first[i] + mix.second * second[i];
         value *= 0.94f;
-        value = value <= 0.0f ? 0.0f : (value >= 1.0f ? 1.0f : value);
-        _wavelengths.push_back(gridWavelength(start, delta, k));
-        _sourceValues.push_back(value);
+        _sourceValues[i] = value <= 0.0f ? 0.0f : (value >= 1.0f ? 1.0f : value);
+        _wavelengths[i] = gridWavelength(start, delta, int(i));
     }
     resample();
     setUseSpectrum(true);
@@ -805,13 +805,10 @@ bool QZESpectrum::save(const QString& name, QString* reason)
         return refusedBy(file, reason);
     std::string text;
     try {
-        std::ostringstream out;
-        out.imbue(std::locale::classic());
-        if (!writeNative(out)) {
+        if (!writeNative(text)) {
             std::cout << "Unknown Spectrum File Version!\n";
             return false;
         }
-        text = out.str();
     } catch (const std::exception&) {
         return reportWriteError(path);
     }
@@ -823,20 +820,55 @@ bool QZESpectrum::save(const QString& name, QString* reason)
     return true;
 }
 
-bool QZESpectrum::writeNative(std::ostream& out) const
+namespace {
+
+// Each number followed by one space.
+class NumberLine
 {
+public:
+    explicit NumberLine(std::string& text) : _text(text) {}
+
+    void append(const char* word) { _text += word; }
+    void appendInt(int value) { appendWord(QZENumberFormatter::writeInt(_word, value)); }
+    void appendFloats(const std::vector<float>& values)
+    {
+        // Most values take under ten characters; one reserve spares the regrowths.
+        _text.reserve(_text.size() + values.size() * 10);
+        for (float value : values)
+            appendWord(QZENumberFormatter::writeFloat(_word, value));
+    }
+
+private:
+    void appendWord(char* end)
+    {
+        *end++ = ' ';
+        _text.append(_word, size_t(end - _word));
+    }
+
+    std::string& _text;
+    char _word[QZENumberFormatter::MaxLength + 1];
+};
+
+} // namespace
+
+bool QZESpectrum::writeNative(std::string& text) const
+{
+    NumberLine line(text);
     if (_versionID == 1) {
-        out << "spectral1 " << _startWavelength << ' ' << _deltaWavelength << ' ' << _numSamples
-            << " \n";
+        line.append("spectral1 ");
+        line.appendInt(_startWavelength);
+        line.appendInt(_deltaWavelength);
+        line.appendInt(_numSamples);
+        line.append("\n");
     } else if (_versionID == 2) {
-        out << "spectral2 " << _numSamples << " \n";
-        for (float wavelength : _wavelengths)
-            out << wavelength << ' ';
-        out << '\n';
+        line.append("spectral2 ");
+        line.appendInt(_numSamples);
+        line.append("\n");
+        line.appendFloats(_wavelengths);
+        line.append("\n");
     } else {
         return false;
     }
-    for (float value : _sourceValues)
-        out << value << ' ';
+    line.appendFloats(_sourceValues);
     return true;
 }

@@ -1,10 +1,11 @@
 #ifndef QZESPECTRUM_H
 #define QZESPECTRUM_H
 
+#include "QZEBandWeights.h"
+
 #include <QByteArray>
 #include <QString>
 
-#include <iosfwd>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -317,7 +318,7 @@ private:
     static bool reportTooLarge();
     static bool reportReadError(const QString& name);
     static bool reportWriteError(const std::string& path);
-    bool writeNative(std::ostream& out) const;
+    bool writeNative(std::string& text) const;
 
     void fillUniform(float value, int start, int delta, int num);
     void resetToOne();
@@ -326,7 +327,9 @@ private:
     void addAligned(QZESpectrum& other);
     void mergeDisjoint(const QZESpectrum& other);
     void matchTxtSeam(QZESpectrum& other);
-    float bandAverage(float lo, float hi) const;
+    bool bandsAreCurrent(size_t n) const;
+    struct SmitsMix;
+    static SmitsMix smitsMix(float r, float g, float b);
     float interpolateSource(float x) const;
     float sumOfSquaredBands() const;
 
@@ -339,6 +342,13 @@ private:
     std::vector<float> _wavelengths;
     std::vector<float> _sourceValues;
     std::vector<float> _samples;
+
+    // What the last resample() worked from and made, so that resampling
+    // unchanged data costs a comparison, and the wavelengths' share of the
+    // band arithmetic, reused while the wavelengths stay the same.
+    QZEBandWeights _bandWeights;
+    std::vector<float> _resampledValues;
+    std::vector<float> _resampledBands;
 };
 
 #endif // QZESPECTRUM_H
