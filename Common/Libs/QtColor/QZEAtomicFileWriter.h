@@ -29,8 +29,9 @@ public:
     bool write(const QByteArray& bytes);
     /// Flushes, then renames the temporary file over the destination.
     bool commit();
-    // After open(): the permissions the new file gets, applied to the
-    // temporary file so the content never lies on disk with looser ones.
+    /// After open(): the permissions the new file gets, applied to the
+    /// temporary file so the content never lies on disk with looser ones.
+    /// False before open() or when the file system refuses them.
     bool setPermissions(QFileDevice::Permissions permissions);
 
     /// Why the last step failed, in the system's words.
