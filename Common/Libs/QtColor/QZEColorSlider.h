@@ -16,8 +16,9 @@ class QZEEncodedBytes;
 ///
 /// The position is a normalised float in [0, 1]; the mode says which channel it
 /// stands for (HSV, RGB or L*a*b*) and getRealValue() gives it in the
-/// channel's own unit. The strip runs between the end colours minColor and
-/// maxColor (see Mode for what each mode paints). Setters emit nothing except
+/// channel's own unit. getColor() turns the value into a colour with the help
+/// of the end colours minColor and maxColor; what the strip paints in each
+/// mode is listed at Mode. Setters emit nothing except
 /// setValue() and the end-colour slots; mouse gestures emit the value, colour
 /// and string signals, right away with tracking on or once on release with
 /// tracking off. While the caller fixes the colour by other means (photometric
@@ -85,11 +86,13 @@ public:
     void setTracking(bool on) { _tracking = on; }
     /// The normalised position, 0..1 (setValue() does not clamp it).
     float getValue() const { return _value; }
-    /// The colour at the strip's left end, from which getColor() takes the
-    /// other two L*a*b* components in the L*a*b* modes.
+    /// The end colour at value 0: getColor() interpolates from it in the
+    /// Saturation, Value and RGB modes and takes the other two components
+    /// from it in the L*a*b* modes.
     QZEColor getMinColor() const { return _minColor; }
-    /// The colour at the strip's right end, from which the strip takes the
-    /// other components in the HSV and L*a*b* modes.
+    /// The end colour at value 1: getColor() interpolates towards it in the
+    /// Saturation, Value and RGB modes, and the strip takes its fixed
+    /// components from it in the Saturation, Value and L*a*b* modes.
     QZEColor getMaxColor() const { return _maxColor; }
     /// @{
     /// The channel; a plain accessor (no repaint, no signal). The set...Mode()
@@ -126,7 +129,7 @@ public:
 
 public slots:
     /// @{
-    /// Sets the colour at the strip's left or right end, emits
+    /// Sets the end colour at value 0 or 1 (see getMinColor()), emits
     /// minColorChanged() or maxColorChanged() and repaints; an equal colour
     /// (same hue, saturation and value) does nothing.
     void setMinColor(QZEColor color);
@@ -163,9 +166,9 @@ public slots:
     /// @}
 
 signals:
-    /// setMinColor(QZEColor) stored a new left end colour.
+    /// setMinColor(QZEColor) stored a new end colour at value 0.
     void minColorChanged(QZEColor color);
-    /// setMaxColor(QZEColor) stored a new right end colour.
+    /// setMaxColor(QZEColor) stored a new end colour at value 1.
     void maxColorChanged(QZEColor color);
     /// The normalised value changed (0..1).
     void valueChanged(float value);
