@@ -1,5 +1,6 @@
 #include "QZEColorSlider.h"
 
+#include "QZEQtCompat.h"
 #include "zePlatform.h"
 
 #include <QFontMetrics>
@@ -247,7 +248,7 @@ void QZEColorSlider::setBlueMode(bool on) { setPrimaryMode(on, Blue, 240.0f); }
 
 float QZEColorSlider::mapEventToValue(const QMouseEvent* event) const
 {
-    return mapToFloat(qRound(event->localPos().x()), 0);
+    return mapToFloat(qRound(QZEQtCompat::position(*event).x()), 0);
 }
 
 void QZEColorSlider::mousePressEvent(QMouseEvent* event)
