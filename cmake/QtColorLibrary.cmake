@@ -18,4 +18,9 @@ function(qtcolor_add_library target exportName)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(FILES ${ARG_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QtColor)
+  # The API reference covers exactly the installed headers.
+  foreach(header IN LISTS ARG_HEADERS)
+    get_filename_component(header ${header} ABSOLUTE)
+    set_property(GLOBAL APPEND PROPERTY QTCOLOR_PUBLIC_HEADERS ${header})
+  endforeach()
 endfunction()
