@@ -9,6 +9,7 @@
 #include "osgPThreadBase.h"
 #include "zePlatform.h"
 
+#include <QGraphicsEllipseItem>
 #include <QGraphicsLineItem>
 #include <QGraphicsPathItem>
 #include <QGraphicsPixmapItem>
@@ -16,10 +17,14 @@
 #include <QGraphicsTextItem>
 #include <QApplication>
 #include <QGraphicsView>
+#include <QImage>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 #include <vector>
 
 namespace {
@@ -367,9 +372,113 @@ private:
     int _height;
 };
 
+
+// --- Fast paths against the plain rebuild ---------------------------------------
+
+// Every property a user can see or a host can read of one item, in words.
+QString itemState(const QGraphicsItem* item)
+{
+    QString state;
+    QDebug out(&state);
+    out << describe(item) << item->pos() << item->boundingRect() << item->zValue()
+        << item->isVisible() << item->toolTip() << item->hasCursor();
+    if (item->hasCursor())
+        out << item->cursor().shape();
+    if (auto* shape = dynamic_cast<const QAbstractGraphicsShapeItem*>(item))
+        out << shape->pen() << shape->brush();
+    if (auto* rect = qgraphicsitem_cast<const QGraphicsRectItem*>(item))
+        out << rect->rect();
+    if (auto* ellipse = dynamic_cast<const QGraphicsEllipseItem*>(item))
+        out << ellipse->rect();
+    if (auto* path = qgraphicsitem_cast<const QGraphicsPathItem*>(item))
+        out << path->path();
+    if (auto* line = qgraphicsitem_cast<const QGraphicsLineItem*>(item))
+        out << line->line() << line->pen();
+    if (auto* text = qgraphicsitem_cast<const QGraphicsTextItem*>(item))
+        out << text->toPlainText() << text->defaultTextColor() << text->font();
+    if (auto* dot = qgraphicsitem_cast<const QZESpectrumSample*>(item))
+        out << dot->getIndex();
+    return state;
+}
+
+// The whole scene bottom to top, each item with its parent's place in it.
+QStringList sceneState(const QGraphicsScene& scene)
+{
+    const QList<QGraphicsItem*> items = scene.items(Qt::AscendingOrder);
+    QStringList states;
+    for (const QGraphicsItem* item : items)
+        states << QStringLiteral("%1 under %2").arg(itemState(item)).arg(items.indexOf(item->parentItem()));
+    states << QStringLiteral("scene rect %1 %2 %3 %4")
+                  .arg(scene.sceneRect().x()).arg(scene.sceneRect().y())
+                  .arg(scene.sceneRect().width()).arg(scene.sceneRect().height());
+    return states;
+}
+
+QImage renderedScene(QGraphicsScene& scene, int width, int height)
+{
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    scene.render(&painter, QRectF(0, 0, width, height), QRectF(0, 0, width, height));
+    return image;
+}
+
+// The plot must show what a fresh plot of the same spectrum rebuilt with
+// update(width, height) shows: the same items in the same order with the same
+// properties, the same pixels, and the getters naming items in the same places.
+void showsWhatARebuildShows(QZESpectrumPlot& plot, int width, int height)
+{
+    QZESpectrumPlot rebuilt(plot.getSpectrum(), plot.getMaxValue());
+    rebuilt.update(float(width), float(height));
+    QCOMPARE(sceneState(plot), sceneState(rebuilt));
+    QVERIFY(renderedScene(plot, width, height) == renderedScene(rebuilt, width, height));
+    const QList<QGraphicsItem*> items = plot.items(Qt::AscendingOrder);
+    const QList<QGraphicsItem*> rebuiltItems = rebuilt.items(Qt::AscendingOrder);
+    const auto samePlace = [&](const QGraphicsItem* a, const QGraphicsItem* b) {
+        return items.indexOf(const_cast<QGraphicsItem*>(a))
+               == rebuiltItems.indexOf(const_cast<QGraphicsItem*>(b));
+    };
+    QVERIFY(samePlace(plot.getCurve(), rebuilt.getCurve()));
+    QVERIFY(samePlace(plot.getSamplesItem(), rebuilt.getSamplesItem()));
+    QVERIFY(samePlace(plot.getHorizontalGuide(), rebuilt.getHorizontalGuide()));
+    QVERIFY(samePlace(plot.getValueText(), rebuilt.getValueText()));
+    QCOMPARE(plot.getSamples().size(), rebuilt.getSamples().size());
+    for (size_t j = 0; j < plot.getSamples().size(); ++j)
+        QVERIFY(samePlace(plot.getSamples()[j], rebuilt.getSamples()[j]));
+    QCOMPARE(labelTexts(plot), labelTexts(rebuilt));
+}
+
+// New random values and band averages for the spectrum, in [0, 1.2) so that
+// some rise past the top of a plot of maximum 1.
+void randomiseValues(const osg::SpectrumPtr& spectrum, std::mt19937& rng)
+{
+    std::uniform_real_distribution<float> value(0.0f, 1.2f);
+    for (float& v : spectrum->editSourceValues())
+        v = value(rng);
+    for (float& band : spectrum->editSamples())
+        band = value(rng);
+}
+
+std::vector<float> randomWavelengths(std::mt19937& rng, int count)
+{
+    std::uniform_real_distribution<float> wavelength(370.0f, 790.0f);
+    std::vector<float> wavelengths(static_cast<size_t>(count));
+    for (float& w : wavelengths)
+        w = wavelength(rng);
+    std::sort(wavelengths.begin(), wavelengths.end());
+    return wavelengths;
+}
+
+std::vector<QGraphicsItem*> itemsOf(const QZESpectrumPlot& plot)
+{
+    const QList<QGraphicsItem*> items = plot.items(Qt::AscendingOrder);
+    return std::vector<QGraphicsItem*>(items.begin(), items.end());
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Geometry)
+Q_DECLARE_METATYPE(osg::SpectrumPtr)
 
 class tst_QZESpectrumPlot : public QObject
 {
@@ -482,6 +591,13 @@ private slots:
     void pressOnDotDoesNotPaint();
     void rebuildOnUpdateAfterDragRecreatesVisibleEmptyGuides();
     void rebuildOnUpdateAfterPaintKeepsPaintedValues();
+
+    // Fast paths against the plain rebuild
+    void redrawOfNewValuesMovesItemsToWhatARebuildShows_data();
+    void redrawOfNewValuesMovesItemsToWhatARebuildShows();
+    void redrawRebuildsWhenMoreThanValuesChanged_data();
+    void redrawRebuildsWhenMoreThanValuesChanged();
+    void dotsHoldOneStringSignatureConnectionPerSignal();
 };
 
 void tst_QZESpectrumPlot::init()
@@ -1990,6 +2106,140 @@ void tst_QZESpectrumPlot::rebuildOnUpdateAfterPaintKeepsPaintedValues()
     QZE_COMPARE_NEAR(barsOf(rig.plot)[12]->rect().top(), f.y(band), FloatPixels);
     QCOMPARE(rig.plot.getSamples()[24]->toolTip(),
              QStringLiteral("Sample: 24 / Wavelength: 500.0 / Value: %1").arg(painted, 0, 'f', 3));
+}
+
+// --- Fast paths against the plain rebuild -------------------------------------
+
+void tst_QZESpectrumPlot::redrawOfNewValuesMovesItemsToWhatARebuildShows_data()
+{
+    QTest::addColumn<osg::SpectrumPtr>("spectrum");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+
+    std::mt19937 rng(16u);
+    const std::vector<float> uneven = randomWavelengths(rng, 30);
+    QTest::newRow("380, 5, 81 at 600 x 300") << makeUniform(380, 5, ramp81()) << 600 << 300;
+    QTest::newRow("300, 10, 60 at 600 x 300, dots from the ninth")
+        << makeUniform(300, 10, constant(60, 0.5f)) << 600 << 300;
+    QTest::newRow("380, 5, 81 at 200 x 120, narrow bars")
+        << makeUniform(380, 5, ramp81()) << 200 << 120;
+    QTest::newRow("30 random wavelengths 370..790 at 600 x 300")
+        << makeNonUniform(uneven, constant(30, 0.5f)) << 600 << 300;
+}
+
+void tst_QZESpectrumPlot::redrawOfNewValuesMovesItemsToWhatARebuildShows()
+{
+    QFETCH(osg::SpectrumPtr, spectrum);
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QZESpectrumPlot plot(spectrum, 1.0f);
+    plot.update(float(width), float(height));
+    std::mt19937 rng(81u);
+
+    for (int round = 0; round < 24; ++round) {
+        randomiseValues(spectrum, rng);
+        if (round % 2 == 1)
+            plot.updatePlot(); // a drag step replaces the curve in between
+        const std::vector<QGraphicsItem*> before = itemsOf(plot);
+
+        plot.redraw(float(width), float(height));
+
+        QCOMPARE(itemsOf(plot), before);
+        QZE_CHECK(showsWhatARebuildShows(plot, width, height));
+    }
+}
+
+namespace {
+
+enum class Change { Size, MaxValue, GuidesShown, SampleLeftRange, DpiScale, SceneRect, SampleAdded, SampleRemoved };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+void tst_QZESpectrumPlot::redrawRebuildsWhenMoreThanValuesChanged_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::newRow("other size") << Change::Size;
+    QTest::newRow("other maximum") << Change::MaxValue;
+    QTest::newRow("guides shown by a drag") << Change::GuidesShown;
+    QTest::newRow("first sample moved below 380 nm") << Change::SampleLeftRange;
+    QTest::newRow("borders of another DPI scale") << Change::DpiScale;
+    QTest::newRow("scene rectangle set by the host") << Change::SceneRect;
+    QTest::newRow("one sample more") << Change::SampleAdded;
+    QTest::newRow("one sample fewer") << Change::SampleRemoved;
+}
+
+void tst_QZESpectrumPlot::redrawRebuildsWhenMoreThanValuesChanged()
+{
+    QFETCH(Change, change);
+    const osg::SpectrumPtr spectrum = makeUneven();
+    QZESpectrumPlot plot(spectrum, 1.0f);
+    plot.update(600, 300);
+    QSignalSpy firstDotDeleted(plot.getSamples().front(), &QObject::destroyed);
+    int width = 600;
+
+    switch (change) {
+    case Change::Size:
+        width = 500;
+        break;
+    case Change::MaxValue:
+        plot.setMaxValue(2.0f);
+        break;
+    case Change::GuidesShown:
+        plot.editSampleEvent(2, 200.0f, 200.0f, 100.0f);
+        break;
+    case Change::SampleLeftRange:
+        spectrum->editWavelengths()[0] = 379.5f;
+        break;
+    case Change::DpiScale: {
+        zePlatform::setDpiScale(2.0f, 2.0f);
+        const QZESpectrumPlot other(spectrum, 1.0f); // sets the shared borders
+        break;
+    }
+    case Change::SceneRect:
+        plot.setSceneRect(0.0, 0.0, 300.0, 200.0);
+        break;
+    case Change::SampleAdded:
+        spectrum->editWavelengths().push_back(775.0f);
+        spectrum->editSourceValues().push_back(0.25f);
+        spectrum->setNumSamples(9);
+        break;
+    case Change::SampleRemoved:
+        spectrum->setNumSamples(7);
+        break;
+    }
+
+    plot.redraw(float(width), 300.0f);
+
+    QCOMPARE(firstDotDeleted.count(), 1);
+    QZE_CHECK(showsWhatARebuildShows(plot, width, 300));
+}
+
+void tst_QZESpectrumPlot::dotsHoldOneStringSignatureConnectionPerSignal()
+{
+    QZESpectrumPlot plot(makeUniform(380, 5, constant(81, 0.5f)), 1.0f);
+    plot.update(600, 300);
+    plot.update(600, 300); // the dots of a second rebuild connect the same way
+    QSignalSpy updates(&plot, SIGNAL(update()));
+
+    for (QZESpectrumSample* dot : plot.getSamples()) {
+        // Delivered at once, as a direct connection made from the strings is.
+        QVERIFY(QMetaObject::invokeMethod(dot, "finishEditingMode"));
+        QCOMPARE(updates.count(), 1);
+        updates.clear();
+        QVERIFY(QObject::disconnect(dot, SIGNAL(finishEditingMode()), &plot,
+                                    SLOT(finishEditingMode())));
+        QVERIFY(QObject::disconnect(dot, SIGNAL(editSampleEvent(int, float, float, float)), &plot,
+                                    SLOT(editSampleEvent(int, float, float, float))));
+        // Exactly one of each: nothing is left to disconnect or to deliver.
+        QVERIFY(!QObject::disconnect(dot, SIGNAL(finishEditingMode()), &plot,
+                                     SLOT(finishEditingMode())));
+        QVERIFY(!QObject::disconnect(dot, SIGNAL(editSampleEvent(int, float, float, float)),
+                                     &plot, SLOT(editSampleEvent(int, float, float, float))));
+        QVERIFY(QMetaObject::invokeMethod(dot, "finishEditingMode"));
+        QCOMPARE(updates.count(), 0);
+    }
 }
 
 QTEST_MAIN(tst_QZESpectrumPlot)

@@ -1245,7 +1245,9 @@ void QZEColorDialog::updateSpectrumTab(bool updateRGB)
     if (_plot && _gui->tabWidget->currentIndex() == SpectrumTab) {
         QGraphicsView* view = _gui->_spectrumPlot;
         view->setSceneRect(0.0, 0.0, view->width(), view->height());
-        _plot->update(float(view->width()), float(view->height()));
+        // Moves the plot's items where only the values changed, as in a
+        // slider drag, instead of rebuilding the scene at every step.
+        _plot->redraw(float(view->width()), float(view->height()));
     }
 }
 

@@ -33,6 +33,7 @@ class QZEColorSlider;
 class QZEColorManipulator : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(bool sliderVisible READ isSliderVisible WRITE setSliderVisible)
 
 public:
     /// A black control over parent; name, when given, becomes the object name.

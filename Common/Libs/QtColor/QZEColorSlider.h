@@ -24,6 +24,7 @@ class QZEColorSlider : public QWidget
     Q_OBJECT
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
     Q_PROPERTY(Mode mode READ getMode WRITE setMode)
+    Q_PROPERTY(bool tracking MEMBER _tracking)
 
 public:
     enum Mode : qint32 { Hue, Saturation, Value, Red, Green, Blue, Lstar, Astar, Bstar };

@@ -10,8 +10,10 @@
 #include <QGraphicsLineItem>
 #include <QGraphicsPathItem>
 #include <QGraphicsPixmapItem>
+#include <QGraphicsRectItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsTextItem>
+#include <QMetaMethod>
 #include <QPainterPath>
 #include <QPen>
 #include <QPixmap>
@@ -91,6 +93,35 @@ int neighbourLimit(double limit, int fallback)
     if (std::isnan(limit))
         return fallback;
     return int(std::clamp(limit, -1.0e9, 1.0e9));
+}
+
+// The method a SIGNAL() or SLOT() signature names in a class.
+QMetaMethod methodOf(const QMetaObject& meta, const char* signature)
+{
+    return meta.method(meta.indexOfMethod(QMetaObject::normalizedSignature(signature + 1)));
+}
+
+// A dot's signal and the plot's slot it reaches.
+struct DotLink
+{
+    QMetaMethod signal;
+    QMetaMethod slot;
+};
+
+// Looked up once from their signatures: resolving a signature string took
+// three quarters of the time a dot costs, and the connection made from the
+// methods is the one the strings would make.
+const std::vector<DotLink>& dotLinks()
+{
+    static const std::vector<DotLink> links = [] {
+        const QMetaObject& dot = QZESpectrumSample::staticMetaObject;
+        const QMetaObject& plot = QZESpectrumPlot::staticMetaObject;
+        return std::vector<DotLink>{
+            {methodOf(dot, SIGNAL(finishEditingMode())), methodOf(plot, SLOT(finishEditingMode()))},
+            {methodOf(dot, SIGNAL(editSampleEvent(int, float, float, float))),
+             methodOf(plot, SLOT(editSampleEvent(int, float, float, float)))}};
+    }();
+    return links;
 }
 
 } // namespace
@@ -220,6 +251,7 @@ void QZESpectrumPlot::update(float width, float height)
         return;
     _samples.clear();
     _labels.clear();
+    _bars.clear();
     clear();
     forgetItems();
     if (!_spectrum->isActive())
@@ -234,6 +266,7 @@ void QZESpectrumPlot::update(float width, float height)
     addCurve(path);
     addItem(_samplesItem); // the dots above the curve
     addGuides();           // the guides above everything
+    _builtLayout = layoutKey(width, height);
 }
 
 void QZESpectrumPlot::forgetItems()
@@ -260,6 +293,7 @@ void QZESpectrumPlot::createOverlayItems()
     _wavelengthText->setDefaultTextColor(GuideColour);
     _valueText = new QGraphicsTextItem;
     _valueText->setDefaultTextColor(GuideColour);
+    _guidesShown = false;
 }
 
 void QZESpectrumPlot::addValueLabels(float height)
@@ -286,9 +320,7 @@ void QZESpectrumPlot::addAxes(float width, float height)
 QPainterPath QZESpectrumPlot::addSampleDots()
 {
     const QPen pen(GuideColour, 1);
-    const QString tipFormat = tr("Sample: %1 / Wavelength: %2 / Value: %3");
-    const std::vector<float>& wavelengths = _spectrum->getWavelengths();
-    const std::vector<float>& values = _spectrum->getSourceValues();
+    const QString tipFormat = toolTipFormat();
     QPainterPath path;
     walkVisibleSamples([&](int k, const QPointF& point) {
         auto* dot = new QZESpectrumSample(k, this, _samplesItem);
@@ -296,23 +328,31 @@ QPainterPath QZESpectrumPlot::addSampleDots()
         dot->setPen(pen);
         dot->setCursor(QCursor(Qt::PointingHandCursor));
         dot->setRect(dotRect(point));
-        dot->setToolTip(tipFormat.arg(QString::number(k),
-                                      QString::number(double(wavelengths[size_t(k)]), 'f', 1),
-                                      QString::number(double(values[size_t(k)]), 'f', 3)));
-        connect(dot, SIGNAL(finishEditingMode()), this, SLOT(finishEditingMode()));
-        connect(dot, SIGNAL(editSampleEvent(int, float, float, float)), this,
-                SLOT(editSampleEvent(int, float, float, float)));
+        dot->setToolTip(dotToolTip(tipFormat, k));
+        for (const DotLink& link : dotLinks())
+            connect(dot, link.signal, this, link.slot);
         _samples.push_back(dot);
         extendCurve(path, point);
     });
     return path;
 }
 
+QString QZESpectrumPlot::toolTipFormat()
+{
+    return tr("Sample: %1 / Wavelength: %2 / Value: %3");
+}
+
+QString QZESpectrumPlot::dotToolTip(const QString& format, int k) const
+{
+    return format.arg(QString::number(k),
+                      QString::number(double(_spectrum->getWavelengths()[size_t(k)]), 'f', 1),
+                      QString::number(double(_spectrum->getSourceValues()[size_t(k)]), 'f', 3));
+}
+
 // Labels go under the band edges, skipped where they would run into the
 // previous one; the bars lose their outline once they get too narrow for it.
 void QZESpectrumPlot::addBarsAndLabels(float height)
 {
-    const std::vector<float>& bands = _spectrum->getSamples();
     const double bottom = clampedY(0.0f);
     const double labelY = double(height) - 2 * _lineHeight;
     double lastLabelX = -2.0 * _lineWidth;
@@ -328,12 +368,21 @@ void QZESpectrumPlot::addBarsAndLabels(float height)
         }
         if (i == NumBands)
             break;
-        const double x2 = clampedX(float(wavelength + BandWidth));
-        const double y = clampedY(bands[size_t(i)]);
-        if (x2 - x < NarrowBar)
+        const QRectF bar = barRect(i, bottom);
+        if (bar.width() < NarrowBar)
             pen = QPen(Qt::NoPen);
-        addRect(QRectF(x, y, x2 - x, bottom - y), pen, QBrush(s_spectral_colours[i]));
+        _bars.push_back(addRect(bar, pen, QBrush(s_spectral_colours[i])));
     }
+}
+
+// The bar of band i, standing on bottom.
+QRectF QZESpectrumPlot::barRect(int i, double bottom) const
+{
+    const int wavelength = int(FirstWavelength) + BandWidth * i;
+    const double x = clampedX(float(wavelength));
+    const double x2 = clampedX(float(wavelength + BandWidth));
+    const double y = clampedY(_spectrum->getSamples()[size_t(i)]);
+    return QRectF(x, y, x2 - x, bottom - y);
 }
 
 void QZESpectrumPlot::addCurve(const QPainterPath& path)
@@ -356,16 +405,66 @@ void QZESpectrumPlot::updatePlot()
     if (!isDrawn())
         return;
     delete _curve;
+    addCurve(placeDots(QString()));
+    _curve->stackBefore(_samplesItem); // the dots stay above the curve
+}
+
+// Moves the dots onto the samples, the j-th visible sample's dot being the
+// j-th dot, and returns the curve through them. With a tooltip format the
+// dots' tooltips show the values again.
+QPainterPath QZESpectrumPlot::placeDots(const QString& tipFormat)
+{
     QPainterPath path;
     size_t dot = 0;
-    walkVisibleSamples([&](int, const QPointF& point) {
-        if (dot < _samples.size())
+    walkVisibleSamples([&](int k, const QPointF& point) {
+        if (dot < _samples.size()) {
             _samples[dot]->setRect(dotRect(point));
+            if (!tipFormat.isEmpty())
+                _samples[dot]->setToolTip(dotToolTip(tipFormat, k));
+        }
         ++dot;
         extendCurve(path, point);
     });
-    addCurve(path);
-    _curve->stackBefore(_samplesItem); // the dots stay above the curve
+    return path;
+}
+
+// --- Redraw in place ---------------------------------------------------------
+
+void QZESpectrumPlot::redraw(float width, float height)
+{
+    if (!itemsFitSpectrum(width, height)) {
+        update(width, height);
+        return;
+    }
+    const double bottom = clampedY(0.0f);
+    for (int i = 0; i < NumBands; ++i)
+        _bars[size_t(i)]->setRect(barRect(i, bottom));
+    _curve->setPath(placeDots(toolTipFormat()));
+}
+
+// Whether the last rebuild made the items a rebuild would make now, so that
+// moving them gives the same scene: same size, borders and maximum, the
+// guides never shown since, and one dot for each visible sample.
+bool QZESpectrumPlot::itemsFitSpectrum(float width, float height) const
+{
+    if (!isDrawn() || _guidesShown || _builtLayout != layoutKey(width, height)
+        || sceneRect() != QRectF(0.0, 0.0, width, height))
+        return false;
+    size_t dot = 0;
+    bool same = true;
+    walkVisibleSamples([&](int k, const QPointF&) {
+        same = same && dot < _samples.size() && _samples[dot]->getIndex() == k;
+        ++dot;
+    });
+    return same && dot == _samples.size();
+}
+
+// Everything besides the values that the items of a rebuild depend on.
+QZESpectrumPlot::LayoutKey QZESpectrumPlot::layoutKey(float width, float height) const
+{
+    return {double(width), double(height), double(_maxValue), double(_leftBorder),
+            double(_rightBorder), double(_upperBorder), double(_lowerBorder),
+            double(_lineHeight), double(_lineWidth)};
 }
 
 // --- Painting ----------------------------------------------------------------
@@ -466,6 +565,7 @@ void QZESpectrumPlot::showGuides(double guideX, double y, float wavelength, floa
     _valueText->setPlainText(QString::number(double(value), 'f', 3));
     _valueText->setPos(0.0, y - _lineHeight);
     setGuidesVisible(true);
+    _guidesShown = true;
 }
 
 void QZESpectrumPlot::setGuidesVisible(bool visible)

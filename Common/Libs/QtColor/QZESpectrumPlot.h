@@ -6,11 +6,13 @@
 #include <QColor>
 #include <QGraphicsScene>
 
+#include <array>
 #include <vector>
 
 class QGraphicsLineItem;
 class QGraphicsPathItem;
 class QGraphicsPixmapItem;
+class QGraphicsRectItem;
 class QGraphicsSceneMouseEvent;
 class QGraphicsTextItem;
 class QPainterPath;
@@ -62,6 +64,17 @@ public:
     // Redraws the curve and moves the dots after a value change; bars, labels
     // and tooltips wait for the next update(width, height).
     void updatePlot();
+    /// Shows the spectrum at the given size (scene units, normally the
+    /// view's pixels) exactly as update(width, height) does, but keeps the
+    /// items of the last rebuild when only values changed since: same size,
+    /// borders, maximum and visible samples, and no guide shown since. Then
+    /// it moves the bars, dots and curve and renews the dots' tooltips
+    /// instead of recreating the scene, which a slider drag on a whole
+    /// spectrum does many times a second; the scene is then the one a
+    /// rebuild makes, only its items are the same objects as before. For an
+    /// owner that leaves the plot's items alone; one that adds or changes
+    /// items calls update().
+    void redraw(float width, float height);
 
     void setPaintSampleMode(bool on) { _paintSampleMode = on; }
     void finishPaintingMode();
@@ -104,7 +117,10 @@ protected:
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
 
 private:
+    using LayoutKey = std::array<double, 9>;
+
     static void setBordersFromDpiScale();
+    static QString toolTipFormat();
 
     bool isSampled() const;
     bool isDrawn() const;
@@ -125,7 +141,12 @@ private:
     void addValueLabels(float height);
     void addAxes(float width, float height);
     QPainterPath addSampleDots();
+    QString dotToolTip(const QString& format, int k) const;
     void addBarsAndLabels(float height);
+    QRectF barRect(int i, double bottom) const;
+    QPainterPath placeDots(const QString& tipFormat);
+    bool itemsFitSpectrum(float width, float height) const;
+    LayoutKey layoutKey(float width, float height) const;
     void addCurve(const QPainterPath& path);
     void addGuides();
     void showGuides(double guideX, double y, float wavelength, float value);
@@ -144,6 +165,10 @@ private:
     bool _paintSampleMode = false;
     bool _editSampleMode = false;
     float _maxValue = 1.0f;
+    // The bars of the last rebuild, 380 nm first; the scene owns them.
+    std::vector<QGraphicsRectItem*> _bars;
+    LayoutKey _builtLayout{};
+    bool _guidesShown = false;
 };
 
 #endif // QZESPECTRUMPLOT_H
