@@ -89,8 +89,8 @@ void showExposed(QWidget& window)
 
 void sendMouse(QWidget* widget, QEvent::Type type, int x, Qt::MouseButtons held)
 {
-    QMouseEvent event(type, QPointF(x, widget->height() / 2), Qt::LeftButton, held,
-                      Qt::NoModifier);
+    const QPoint at(x, widget->height() / 2);
+    QMouseEvent event(type, at, widget->mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
     QApplication::sendEvent(widget, &event);
 }
 

@@ -11,6 +11,7 @@
 #include "QZEColorManipulator.h"
 #include "QZEColorSlider.h"
 #include "SignalOrder.h"
+#include "SyntheticMouse.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -80,9 +81,7 @@ void click(QWidget* widget)
 
 void sendToSlider(QZEColorSlider* slider, QEvent::Type type, int x, Qt::MouseButtons held)
 {
-    QMouseEvent event(type, QPointF(x, slider->height() / 2), Qt::LeftButton, held,
-                      Qt::NoModifier);
-    QApplication::sendEvent(slider, &event);
+    sendMouseEvent(slider, type, QPointF(x, slider->height() / 2), Qt::LeftButton, held);
 }
 
 // Drags the dialog's hue slider from DragFrom to DragTo of its width with the

@@ -2,11 +2,11 @@
 #include "QZEColorButton.h"
 #include "QZEColorManipulator.h"
 #include "QZEColorSlider.h"
+#include "SyntheticMouse.h"
 #include "zePlatform.h"
 
 #include <QFrame>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QtTest>
 
 #include <algorithm>
@@ -26,10 +26,8 @@ QString lastSignal(const ControlsPage& page, int row)
 void pressAndRelease(QZEColorSlider* slider, int x)
 {
     const QPointF at(x, slider->height() / 2);
-    QMouseEvent press(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(slider, &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(slider, &release);
+    sendMouseEvent(slider, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+    sendMouseEvent(slider, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
 }
 
 } // namespace

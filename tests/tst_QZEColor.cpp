@@ -1,4 +1,5 @@
 #include "QZEColor.h"
+#include "QZEQtCompat.h"
 #include "TestHelpers.h"
 
 #include <QVariant>
@@ -245,7 +246,7 @@ private:
 
 void tst_QZEColor::metaTypeIsKnownByNameFromLoadTime()
 {
-    const int id = QMetaType::type("QZEColor");
+    const int id = QZEQtCompat::metaTypeId("QZEColor");
     QVERIFY(id != QMetaType::UnknownType);
     QCOMPARE(id, qMetaTypeId<QZEColor>());
 }

@@ -2,6 +2,7 @@
 #include "ColourChecks.h"
 #include "QZEColorButton.h"
 #include "QZEColorDialog.h"
+#include "SyntheticMouse.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
 
@@ -184,8 +185,7 @@ private:
     void send(QEvent::Type type, const QPointF& at, Qt::MouseButton which,
               Qt::MouseButtons held)
     {
-        QMouseEvent event(type, at, which, held, Qt::NoModifier);
-        QApplication::sendEvent(&_button, &event);
+        sendMouseEvent(&_button, type, at, which, held);
         watch.poll();
     }
 

@@ -1,5 +1,6 @@
 #include "ColourArithmetic.h"
 #include "QZEColorField.h"
+#include "SyntheticMouse.h"
 #include "TestHelpers.h"
 
 #include <QAccessible>
@@ -67,8 +68,7 @@ double labAxis(double position)
 void sendMouse(QWidget& widget, QEvent::Type type, const QPoint& at, Qt::MouseButton button,
                Qt::MouseButtons buttons)
 {
-    QMouseEvent event(type, at, widget.mapToGlobal(at), button, buttons, Qt::NoModifier);
-    QApplication::sendEvent(&widget, &event);
+    sendMouseEvent(&widget, type, at, button, buttons);
 }
 
 // --- Independent colour arithmetic, in double precision ------------------------

@@ -4,6 +4,7 @@
 #include "QZEColorManipulator.h"
 #include "QZEColorSlider.h"
 #include "SignalOrder.h"
+#include "SyntheticMouse.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
 
@@ -43,9 +44,7 @@ QZEColor encodedHsv(const QZEColor& linear)
 
 void mouse(QWidget* widget, QEvent::Type type, int x, Qt::MouseButtons held)
 {
-    QMouseEvent event(type, QPointF(x, widget->height() / 2), Qt::LeftButton, held,
-                      Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
+    sendMouseEvent(widget, type, QPointF(x, widget->height() / 2), Qt::LeftButton, held);
 }
 
 void pressSliderAt(QZEColorSlider* slider, int x)

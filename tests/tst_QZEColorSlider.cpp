@@ -4,6 +4,7 @@
 
 #include "ColourArithmetic.h"
 #include "QZEColorSlider.h"
+#include "SyntheticMouse.h"
 #include "TestHelpers.h"
 #include "zePlatform.h"
 
@@ -483,8 +484,7 @@ void release(QZEColorSlider& slider, int x)
 void sendMouse(QWidget& widget, QEvent::Type type, qreal x, Qt::MouseButton button,
                Qt::MouseButtons buttons)
 {
-    QMouseEvent event(type, QPointF(x, StripHeight / 2), button, buttons, Qt::NoModifier);
-    QApplication::sendEvent(&widget, &event);
+    sendMouseEvent(&widget, type, QPointF(x, StripHeight / 2), button, buttons);
 }
 
 void click(QWidget& widget, qreal x)

@@ -30,6 +30,7 @@ private slots:
     void roundTripGivesThePixelsAndTheOriginalSize();
     void largerPicturesAreScaledToFit256();
     void storedFileRecordsUriModificationTimeSizesAndSoftware();
+    void storedPixelsAreCompressedAtZlibsFastestLevel();
     void thumbnailNameIsTheMd5OfTheFileUri();
     void publishedExampleUriGivesThePublishedName();
     void cacheRootFallsBackToHomeCacheWhenUnsetOrRelative();
@@ -175,6 +176,23 @@ void tst_QZEThumbnailCache::storedFileRecordsUriModificationTimeSizesAndSoftware
     QCOMPARE(stored.text(QStringLiteral("Thumb::Image::Width")), QStringLiteral("640"));
     QCOMPARE(stored.text(QStringLiteral("Thumb::Image::Height")), QStringLiteral("480"));
     QCOMPARE(stored.text(QStringLiteral("Software")), QStringLiteral("QtColor"));
+}
+
+// The zlib stream of the first IDAT chunk starts with CMF and FLG; FLG's top
+// two bits are the compression level class, 0 for zlib's levels 0 and 1.
+void tst_QZEThumbnailCache::storedPixelsAreCompressedAtZlibsFastestLevel()
+{
+    const QString file = makeFile(QStringLiteral("level.png"));
+    QVERIFY(QZEThumbnailCache::store(file, ImageFixtures::noise(200, 150, 2), QSize(200, 150)));
+    const QByteArray png = ImageFixtures::readFile(QZEThumbnailCache::thumbnailPath(file));
+    const int idat = png.indexOf("IDAT");
+    QVERIFY(idat > 0);
+    QVERIFY(png.size() > idat + 6);
+    const auto cmf = quint8(png[idat + 4]);
+    const auto flg = quint8(png[idat + 5]);
+    QCOMPARE(cmf & 0x0f, 8); // deflate
+    QCOMPARE((cmf * 256 + flg) % 31, 0);
+    QCOMPARE(flg >> 6, 0);
 }
 
 void tst_QZEThumbnailCache::thumbnailNameIsTheMd5OfTheFileUri()

@@ -318,24 +318,12 @@
         <translation>Kopiert zusätzlich die EXIF-Daten der Datei in ihre XMP-Daten, neben den Datensatz.</translation>
     </message>
     <message>
-        <source>show or stamp, then FILE.</source>
-        <translation>show oder stamp, gefolgt von FILE.</translation>
-    </message>
-    <message>
-        <source>command FILE</source>
-        <translation>command FILE</translation>
-    </message>
-    <message>
         <source>Shows and writes the metadata of image files: baseline tags, EXIF exposure data and the render-settings record.</source>
         <translation>Zeigt und schreibt die Metadaten von Bilddateien: Baseline-Tags, EXIF-Belichtungsdaten und den Datensatz der Render-Einstellungen.</translation>
     </message>
     <message>
         <source>Commands:</source>
         <translation>Befehle:</translation>
-    </message>
-    <message>
-        <source>Exit status: 0 on success, 1 when a file cannot be read or written, 2 on a usage error.</source>
-        <translation>Rückgabewert: 0 bei Erfolg, 1, wenn eine Datei nicht gelesen oder geschrieben werden kann, 2 bei einem Aufruffehler.</translation>
     </message>
     <message>
         <source>no command given</source>
@@ -497,6 +485,26 @@
         <source>cannot save %1: %2; the file is left as it was</source>
         <translation>%1 kann nicht gespeichert werden: %2; die Datei bleibt unverändert</translation>
     </message>
+    <message>
+        <source>show FILE..., or stamp FILE.</source>
+        <translation>show FILE... oder stamp FILE.</translation>
+    </message>
+    <message>
+        <source>command FILE...</source>
+        <translation>Befehl FILE...</translation>
+    </message>
+    <message>
+        <source>With several files, each report begins with a line &quot;==&gt; FILE &lt;==&quot; and an empty line separates one report from the next; a file that cannot be read is named on standard error and the others are still shown.</source>
+        <translation>Bei mehreren Dateien beginnt jeder Bericht mit einer Zeile "==&gt; FILE &lt;==", und eine Leerzeile trennt die Berichte voneinander; eine Datei, die nicht gelesen werden kann, wird auf der Standardfehlerausgabe genannt, die übrigen werden trotzdem angezeigt.</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 on success, 1 when a file (with show, any of the files) cannot be read or written, 2 on a usage error.</source>
+        <translation>Rückgabewert: 0 bei Erfolg, 1, wenn eine Datei (bei show: eine der Dateien) nicht gelesen oder geschrieben werden kann, 2 bei einem Aufruffehler.</translation>
+    </message>
+    <message>
+        <source>show needs at least one FILE</source>
+        <translation>show erwartet mindestens eine Datei (FILE)</translation>
+    </message>
 </context>
 <context>
     <name>ImagesPage</name>
@@ -536,6 +544,101 @@
         <source>Images (*.jpg *.jpeg *.png *.tif *.tiff *.webp *.bmp *.gif);;All files (*)</source>
         <translation>Bilder (*.jpg *.jpeg *.png *.tif *.tiff *.webp *.bmp *.gif);;Alle Dateien (*)</translation>
     </message>
+    <message>
+        <source>Image browser</source>
+        <translation>Bildbrowser</translation>
+    </message>
+    <message>
+        <source>Thumbnails of a folder of renders, and the render-settings groups the chosen image carries: the ticked ones come back with the file.</source>
+        <translation>Vorschaubilder eines Ordners mit Renderings und die Gruppen von Rendereinstellungen, die das gewählte Bild enthält: die angehakten kommen mit der Datei zurück.</translation>
+    </message>
+    <message>
+        <source>Browse images...</source>
+        <translation>Bilder durchsuchen...</translation>
+    </message>
+    <message>
+        <source>Browse in the picker program...</source>
+        <translation>Im Auswahlprogramm durchsuchen...</translation>
+    </message>
+    <message>
+        <source>Cannot make a folder for the sample renders.</source>
+        <translation>Für die Beispielrenderings kann kein Ordner angelegt werden.</translation>
+    </message>
+    <message>
+        <source>Choose a Rendered Image</source>
+        <translation>Gerendertes Bild wählen</translation>
+    </message>
+    <message>
+        <source>Chosen file: none</source>
+        <translation>Gewählte Datei: keine</translation>
+    </message>
+    <message>
+        <source>Chosen file: %1</source>
+        <translation>Gewählte Datei: %1</translation>
+    </message>
+    <message>
+        <source>Render-settings groups: %1 (mask %2)</source>
+        <translation>Gruppen der Rendereinstellungen: %1 (Maske %2)</translation>
+    </message>
+    <message>
+        <source>Camera Settings</source>
+        <translation>Kameraeinstellungen</translation>
+    </message>
+    <message>
+        <source>Image Settings</source>
+        <translation>Bildeinstellungen</translation>
+    </message>
+    <message>
+        <source>Animation Settings</source>
+        <translation>Animationseinstellungen</translation>
+    </message>
+    <message>
+        <source>Renderpasses Settings</source>
+        <translation>Einstellungen der Render-Durchgänge</translation>
+    </message>
+    <message>
+        <source>Raytracing Settings</source>
+        <translation>Raytracing-Einstellungen</translation>
+    </message>
+    <message>
+        <source>Node Visibilities</source>
+        <translation>Sichtbarkeit der Knoten</translation>
+    </message>
+    <message>
+        <source>Switch Node States</source>
+        <translation>Zustände der Switch-Knoten</translation>
+    </message>
+    <message>
+        <source>Switch Material States</source>
+        <translation>Zustände der Switch-Materialien</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+</context>
+<context>
+    <name>PickerArguments</name>
+    <message>
+        <source>no display to show the image browser on: neither DISPLAY nor WAYLAND_DISPLAY is set</source>
+        <translation>keine Anzeige für den Bildbrowser: weder DISPLAY noch WAYLAND_DISPLAY ist gesetzt</translation>
+    </message>
+    <message>
+        <source>expected %1 arguments, got %2</source>
+        <translation>%1 Argumente erwartet, %2 erhalten</translation>
+    </message>
+    <message>
+        <source>the window id &quot;%1&quot; is not a decimal number</source>
+        <translation>die Fensterkennung "%1" ist keine Dezimalzahl</translation>
+    </message>
+    <message>
+        <source>the last argument must be 1 (answer with the mask) or 0, not &quot;%1&quot;</source>
+        <translation>das letzte Argument muss 1 (Antwort mit Maske) oder 0 sein, nicht "%1"</translation>
+    </message>
+    <message>
+        <source>Usage: qimageFileDialog WINDOW-ID CAPTION DIRECTORY FILTER 1|0</source>
+        <translation>Aufruf: qimageFileDialog WINDOW-ID CAPTION DIRECTORY FILTER 1|0</translation>
+    </message>
 </context>
 <context>
     <name>SampleCameraJpeg</name>
@@ -553,6 +656,17 @@
     </message>
 </context>
 <context>
+    <name>SampleRenders</name>
+    <message>
+        <source>Cannot write the sample render %1.</source>
+        <translation>Das Beispielrendering %1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Cannot stamp the render settings into %1: %2</source>
+        <translation>Die Rendereinstellungen können nicht in %1 geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
     <name>ScreenshotWriter</name>
     <message>
         <source>Cannot create the directory %1.</source>
@@ -565,6 +679,10 @@
     <message>
         <source>Cannot show the information of the sample photo.</source>
         <translation>Die Informationen zum Beispielfoto können nicht angezeigt werden.</translation>
+    </message>
+    <message>
+        <source>The image browser did not show the sample renders in time.</source>
+        <translation>Der Bildbrowser hat die Beispielrenderings nicht rechtzeitig gezeigt.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>QStyledItemDelegate</name>
+    <message>
+        <source>Loading ...</source>
+        <translation>Wird geladen ...</translation>
+    </message>
+</context>
+<context>
     <name>QZEColorArray</name>
     <message>
         <source>Custom colours</source>
@@ -645,6 +652,107 @@ Zum Abbrechen erneut auf die Pipette klicken oder an einer beliebigen Stelle mit
     </message>
 </context>
 <context>
+    <name>QZEConvertImage</name>
+    <message>
+        <source>TOO BIG</source>
+        <translation>ZU GROSS</translation>
+    </message>
+    <message>
+        <source>CONVERSION ERROR</source>
+        <translation>KONVERTIERUNGSFEHLER</translation>
+    </message>
+</context>
+<context>
+    <name>QZEImageFileDialog</name>
+    <message>
+        <source>&lt;filename&gt;</source>
+        <translation>&lt;Dateiname&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;version&gt;</source>
+        <translation>&lt;Version&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;render date&gt;</source>
+        <translation>&lt;Renderdatum&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>QZEImageFileDialogGUI</name>
+    <message>
+        <source>Image File Browser</source>
+        <translation>Bilddatei-Browser</translation>
+    </message>
+    <message>
+        <source>Talq File</source>
+        <translation>Talq-Datei</translation>
+    </message>
+    <message>
+        <source>&lt;filename&gt;</source>
+        <translation>&lt;Dateiname&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;version&gt;</source>
+        <translation>&lt;Version&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;render date&gt;</source>
+        <translation>&lt;Renderdatum&gt;</translation>
+    </message>
+    <message>
+        <source>Render Date</source>
+        <translation>Renderdatum</translation>
+    </message>
+    <message>
+        <source>Camera Settings</source>
+        <translation>Kameraeinstellungen</translation>
+    </message>
+    <message>
+        <source>File Output</source>
+        <translation>Dateiausgabe</translation>
+    </message>
+    <message>
+        <source>Image Settings</source>
+        <translation>Bildeinstellungen</translation>
+    </message>
+    <message>
+        <source>Animation Settings</source>
+        <translation>Animationseinstellungen</translation>
+    </message>
+    <message>
+        <source>Renderpasses Settings</source>
+        <translation>Einstellungen der Render-Durchgänge</translation>
+    </message>
+    <message>
+        <source>Raytracing Settings</source>
+        <translation>Raytracing-Einstellungen</translation>
+    </message>
+    <message>
+        <source>Scenegraph</source>
+        <translation>Szenengraph</translation>
+    </message>
+    <message>
+        <source>Node Visibilities</source>
+        <translation>Sichtbarkeit der Knoten</translation>
+    </message>
+    <message>
+        <source>Switch Node States</source>
+        <translation>Zustände der Switch-Knoten</translation>
+    </message>
+    <message>
+        <source>Switch Material States</source>
+        <translation>Zustände der Switch-Materialien</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
     <name>QZEScreenPicker</name>
     <message>
         <source>This Wayland session does not let applications read the screen,
@@ -658,6 +766,57 @@ und ihr Desktop-Portal bietet keine Farbauswahl an.</translation>
     <message>
         <source>Sample: %1 / Wavelength: %2 / Value: %3</source>
         <translation>Abtastwert: %1 / Wellenlänge: %2 / Wert: %3</translation>
+    </message>
+</context>
+<context>
+    <name>QtColorDesignerPlugin</name>
+    <message>
+        <source>Colour slider</source>
+        <translation>Farbregler</translation>
+    </message>
+    <message>
+        <source>A slider over one colour component (hue, saturation, value, red, green, blue, L*, a* or b*) painted with the colours it selects.</source>
+        <translation>Ein Regler für eine Farbkomponente (Farbton, Sättigung, Hellwert, Rot, Grün, Blau, L*, a* oder b*), gemalt in den Farben, die er auswählt.</translation>
+    </message>
+    <message>
+        <source>Colour button</source>
+        <translation>Farbschaltfläche</translation>
+    </message>
+    <message>
+        <source>A colour swatch that opens the shared colour dialog on a click and takes colours by drag and drop.</source>
+        <translation>Ein Farbfeld, das bei einem Klick den gemeinsamen Farbdialog öffnet und Farben per Ziehen und Ablegen übernimmt.</translation>
+    </message>
+    <message>
+        <source>Colour manipulator</source>
+        <translation>Farbmanipulator</translation>
+    </message>
+    <message>
+        <source>A colour button with a value slider beside it, for editing one material colour.</source>
+        <translation>Eine Farbschaltfläche mit einem Hellwertregler daneben, zum Bearbeiten einer Materialfarbe.</translation>
+    </message>
+    <message>
+        <source>Spectrum plot</source>
+        <translation>Spektrumsdiagramm</translation>
+    </message>
+    <message>
+        <source>An editable plot of a spectrum from 380 to 780 nm, in a view that keeps it filling the view.</source>
+        <translation>Ein bearbeitbares Diagramm eines Spektrums von 380 bis 780 nm, in einer Ansicht, die es stets ausfüllt.</translation>
+    </message>
+    <message>
+        <source>Colour field</source>
+        <translation>Farbfeld</translation>
+    </message>
+    <message>
+        <source>A two-dimensional colour field for picking the two components that the field&apos;s mode leaves free.</source>
+        <translation>Ein zweidimensionales Farbfeld zur Wahl der beiden Komponenten, die der Modus des Feldes freilässt.</translation>
+    </message>
+    <message>
+        <source>Custom colours</source>
+        <translation>Eigene Farben</translation>
+    </message>
+    <message>
+        <source>Two rows of custom colour cells, optionally kept between runs.</source>
+        <translation>Zwei Reihen eigener Farbzellen, auf Wunsch zwischen Programmläufen gespeichert.</translation>
     </message>
 </context>
 <context>

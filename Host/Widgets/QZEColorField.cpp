@@ -1,6 +1,7 @@
 #include "QZEColorField.h"
 
 #include "QZEEncodedBytes.h"
+#include "QZEQtCompat.h"
 #include "zePlatform.h"
 
 #include <QKeyEvent>
@@ -579,7 +580,7 @@ void QZEColorField::mousePressEvent(QMouseEvent* event)
         QWidget::mousePressEvent(event);
         return;
     }
-    pickPixel(qRound(event->localPos().x()), qRound(event->localPos().y()));
+    pickPixel(qRound(QZEQtCompat::position(*event).x()), qRound(QZEQtCompat::position(*event).y()));
 }
 
 void QZEColorField::mouseMoveEvent(QMouseEvent* event)
@@ -588,7 +589,7 @@ void QZEColorField::mouseMoveEvent(QMouseEvent* event)
         QWidget::mouseMoveEvent(event);
         return;
     }
-    const QPoint pixel(qRound(event->localPos().x()), qRound(event->localPos().y()));
+    const QPoint pixel(qRound(QZEQtCompat::position(*event).x()), qRound(QZEQtCompat::position(*event).y()));
     const QPointF marker = getMarkerPosition();
     const QPoint bounded(qBound(0, pixel.x(), width() - 1), qBound(0, pixel.y(), height() - 1));
     if (QPointF(bounded) != marker)

@@ -1,5 +1,7 @@
 #include "QZEPushButton.h"
 
+#include "QZEQtCompat.h"
+
 #include <QMouseEvent>
 
 Qt::MouseButton QZEPushButton::s_lastMouseReleaseButton = Qt::LeftButton;
@@ -13,7 +15,8 @@ QMouseEvent asLeftButton(const QMouseEvent& event)
     const Qt::MouseButtons held = event.buttons() & Qt::MouseButtons(~event.button());
     const Qt::MouseButtons buttons =
         event.type() == QEvent::MouseButtonPress ? held | Qt::LeftButton : held & ~Qt::LeftButton;
-    return QMouseEvent(event.type(), event.localPos(), event.windowPos(), event.screenPos(),
+    return QMouseEvent(event.type(), QZEQtCompat::position(event), QZEQtCompat::windowPosition(event),
+                       QZEQtCompat::globalPosition(event),
                        Qt::LeftButton, buttons, event.modifiers(), event.source());
 }
 

@@ -1,6 +1,7 @@
 #include "QZEColorButton.h"
 
 #include "QZEColorDialog.h"
+#include "QZEQtCompat.h"
 #include "zePlatform.h"
 
 #include <QApplication>
@@ -187,7 +188,7 @@ void QZEColorButton::mouseReleaseEvent(QMouseEvent*)
 
 QPoint QZEColorButton::roundedPosition(const QMouseEvent* event)
 {
-    return QPoint(qRound(event->localPos().x()), qRound(event->localPos().y()));
+    return QPoint(qRound(QZEQtCompat::position(*event).x()), qRound(QZEQtCompat::position(*event).y()));
 }
 
 // The drag data hold the linear colour, clamped to what a QColor can carry;

@@ -5,6 +5,7 @@
 #include "QZEColorField.h"
 #include "QZEDoubleSpiner.h"
 #include "QZEScreenPicker.h"
+#include "QZEQtCompat.h"
 #include "QZESpectrumPlot.h"
 #include "osgChangeList.h"
 #include "osgPThreadBase.h"
@@ -1398,7 +1399,7 @@ bool QZEColorDialog::eventFilter(QObject* object, QEvent* event)
         return true;
     case QEvent::MouseButtonRelease: {
         const auto* release = static_cast<QMouseEvent*>(event);
-        if (release->button() == Qt::LeftButton && !isOverDialog(release->screenPos().toPoint()))
+        if (release->button() == Qt::LeftButton && !isOverDialog(QZEQtCompat::globalPosition(*release).toPoint()))
             pickUnderCursor();
         toggleColorPipette(false);
         return true;

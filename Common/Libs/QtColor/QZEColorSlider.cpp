@@ -1,6 +1,7 @@
 #include "QZEColorSlider.h"
 
 #include "QZEEncodedBytes.h"
+#include "QZEQtCompat.h"
 #include "zePlatform.h"
 
 #include <QFontMetrics>
@@ -20,10 +21,12 @@ constexpr int HintLength = 62;
 // A one-pixel outline on the border of the box with corners (x1, y1) and
 // (x2, y2), both included, drawn as four thin fills: the pixels of a cosmetic
 // 1-pixel stroke at a fraction of its cost, and exact also where the box is
-// clipped by the widget's edge.
+// clipped by the widget's edge. The box comes from the smaller and larger
+// coordinates, not from QRect::normalized(), which flips a box given right to
+// left differently in Qt 5 and Qt 6.
 void drawOutline(QPainter& painter, const QColor& color, int x1, int y1, int x2, int y2)
 {
-    const QRect box = QRect(QPoint(x1, y1), QPoint(x2, y2)).normalized();
+    const QRect box(QPoint(qMin(x1, x2), qMin(y1, y2)), QPoint(qMax(x1, x2), qMax(y1, y2)));
     painter.fillRect(QRect(box.left(), box.top(), box.width(), 1), color);
     painter.fillRect(QRect(box.left(), box.bottom(), box.width(), 1), color);
     painter.fillRect(QRect(box.left(), box.top(), 1, box.height()), color);
@@ -248,7 +251,7 @@ void QZEColorSlider::setBlueMode(bool on) { setPrimaryMode(on, Blue, 240.0f); }
 
 float QZEColorSlider::mapEventToValue(const QMouseEvent* event) const
 {
-    return mapToFloat(qRound(event->localPos().x()), 0);
+    return mapToFloat(qRound(QZEQtCompat::position(*event).x()), 0);
 }
 
 void QZEColorSlider::mousePressEvent(QMouseEvent* event)

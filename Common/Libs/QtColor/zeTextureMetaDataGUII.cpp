@@ -215,7 +215,7 @@ void zeTextureMetaDataGUII::lineUpValues()
             continue;
         const qreal width = metrics.horizontalAdvance(line.left(firstTab));
         widestLabel = std::max(widestLabel, width);
-        if (line.midRef(firstTab + 1).startsWith(QLatin1Char('\t')))
+        if (QStringView(line).mid(firstTab + 1).startsWith(QLatin1Char('\t')))
             widestTwoTabLabel = std::max(widestTwoTabLabel, width);
     }
     // Any stop past the two-tab labels will do as the first, as long as it
