@@ -46,24 +46,6 @@ QByteArray jpegBytes(const QImage& image)
     return image.save(&buffer, "jpeg", 90) ? bytes : QByteArray();
 }
 
-bool embedPreview(const QString& path, const QByteArray& preview)
-{
-    try {
-        auto image = Exiv2::ImageFactory::open(path.toStdString());
-        image->readMetadata();
-        Exiv2::ExifData exif = image->exifData();
-        exif["Exif.Image.Make"] = "QtColor test camera";
-        Exiv2::ExifThumb(exif).setJpegThumbnail(
-            reinterpret_cast<const Exiv2::byte*>(preview.constData()), long(preview.size()));
-        image->setExifData(exif);
-        image->writeMetadata();
-        return true;
-    } catch (const std::exception& error) {
-        qWarning("exiv2: %s", error.what());
-        return false;
-    }
-}
-
 bool isNear(QRgb actual, const QColor& expected)
 {
     return qAbs(qRed(actual) - expected.red()) <= 12 && qAbs(qGreen(actual) - expected.green()) <= 12
@@ -84,7 +66,7 @@ QString tst_QZEExifPreview::makePhoto(const QString& name, QSize photo, QSize pr
         ImageFixtures::filled(photo.width(), photo.height(), QImage::Format_RGB32, _photoColour);
     const QImage small = ImageFixtures::filled(preview.width(), preview.height(),
                                                QImage::Format_RGB32, _previewColour);
-    if (!ImageFixtures::write(pixels, path, "jpeg") || !embedPreview(path, jpegBytes(small)))
+    if (!ImageFixtures::write(pixels, path, "jpeg") || !ImageFixtures::embedExifPreview(path, jpegBytes(small)))
         return QString();
     return path;
 }

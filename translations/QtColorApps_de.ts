@@ -495,7 +495,7 @@
     </message>
     <message>
         <source>With several files, each report begins with a line &quot;==&gt; FILE &lt;==&quot; and an empty line separates one report from the next; a file that cannot be read is named on standard error and the others are still shown.</source>
-        <translation>Bei mehreren Dateien beginnt jeder Bericht mit einer Zeile "==&gt; FILE &lt;==", und eine Leerzeile trennt die Berichte voneinander; eine Datei, die nicht gelesen werden kann, wird auf der Standardfehlerausgabe genannt, die übrigen werden trotzdem angezeigt.</translation>
+        <translation>Bei mehreren Dateien beginnt jeder Bericht mit einer Zeile &quot;==&gt; FILE &lt;==&quot;, und eine Leerzeile trennt die Berichte voneinander; eine Datei, die nicht gelesen werden kann, wird auf der Standardfehlerausgabe genannt, die übrigen werden trotzdem angezeigt.</translation>
     </message>
     <message>
         <source>Exit status: 0 on success, 1 when a file (with show, any of the files) cannot be read or written, 2 on a usage error.</source>
@@ -629,11 +629,11 @@
     </message>
     <message>
         <source>the window id &quot;%1&quot; is not a decimal number</source>
-        <translation>die Fensterkennung "%1" ist keine Dezimalzahl</translation>
+        <translation>die Fensterkennung &quot;%1&quot; ist keine Dezimalzahl</translation>
     </message>
     <message>
         <source>the last argument must be 1 (answer with the mask) or 0, not &quot;%1&quot;</source>
-        <translation>das letzte Argument muss 1 (Antwort mit Maske) oder 0 sein, nicht "%1"</translation>
+        <translation>das letzte Argument muss 1 (Antwort mit Maske) oder 0 sein, nicht &quot;%1&quot;</translation>
     </message>
     <message>
         <source>Usage: qimageFileDialog WINDOW-ID CAPTION DIRECTORY FILTER 1|0</source>
