@@ -26,7 +26,8 @@ const QString CannotReadTextInGerman = QStringLiteral("Datei kann nicht gelesen 
 const QString BuildTranslations = QStringLiteral(QTCOLOR_BUILD_TRANSLATIONS);
 
 // The installation keeps the catalogues here, seen from its bin folder.
-const QString InstalledFromPrograms = QStringLiteral("../share/QtColor/translations");
+// ../share/QtColor/translations (QtColor6 for the Qt 6 build).
+const QString InstalledFromPrograms = QStringLiteral(QTCOLOR_TRANSLATIONS_FROM_PROGRAMS);
 
 QString canonical(const QString& path)
 {
