@@ -1,5 +1,7 @@
 #include "osgImage.h"
 
+#include "osgImageSignature.h"
+
 #include "zeImageFile.h"
 #include "zeImageMetaData.h"
 #include "zeImageMetaReader.h"
@@ -27,15 +29,28 @@ struct Shape
 // Calls take(reader) with a reader over file for each format that takes
 // it, until take answers true; false when none did. The content names the
 // format; the file's suffix is the fallback for formats without a signature
-// of their own (a TGA file's first bytes pass for a cursor's).
+// of their own (a TGA file's first bytes pass for a cursor's). A signature
+// that names the reader content detection would choose is tried first with
+// detection off, so that only that format's plugin is loaded.
 template <class Take>
 bool readWithFittingReader(const QByteArray& file, const QString& suffix, Take take)
 {
-    for (const QByteArray& format : {QByteArray(), suffix.toLower().toLatin1()}) {
+    struct Attempt
+    {
+        QByteArray format;
+        bool detectFormat;
+    };
+    const Attempt attempts[] = {{ImageSignature::formatOf(file), false},
+                                {QByteArray(), true},
+                                {suffix.toLower().toLatin1(), true}};
+    for (const Attempt& attempt : attempts) {
+        if (attempt.format.isEmpty() && !attempt.detectFormat)
+            continue;
         QBuffer buffer;
         buffer.setData(file);
         buffer.open(QIODevice::ReadOnly);
-        QImageReader reader(&buffer, format);
+        QImageReader reader(&buffer, attempt.format);
+        reader.setAutoDetectImageFormat(attempt.detectFormat);
         if (reader.canRead() && take(reader))
             return true;
     }
