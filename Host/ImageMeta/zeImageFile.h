@@ -4,7 +4,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <string>
+
+class zeZeroPages;
 
 // Reading and replacing users' image files, bounded and with the reason for
 // every failure in words a user can act on ("is a directory", "Permission
@@ -23,6 +26,15 @@ public:
     // failure; TooLarge tells the size limit apart from the other reasons.
     static ReadResult read(const QString& path, qint64 maxSize, QByteArray& bytes,
                            std::string& why);
+
+    // Reads the file at path as read() does, except for the pixels of a
+    // TIFF or JPEG file whose layout tells them apart from its header and
+    // metadata: those bytes read as zeros and cost neither a read nor a copy
+    // (the first 64 bytes, where readers look for signatures, are always
+    // read). bytes then views memory, which must outlive every use of
+    // bytes. Any other file is read whole into bytes and memory stays empty.
+    static ReadResult readWithoutPixels(const QString& path, qint64 maxSize, QByteArray& bytes,
+                                        std::unique_ptr<zeZeroPages>& memory, std::string& why);
 
     // Replaces the file at path by contents through a temporary file in the
     // same folder: the write and the final flush are checked before the

@@ -5,12 +5,14 @@
 #include "zeImageFile.h"
 #include "zeImageMetaData.h"
 #include "zeImageMetaReader.h"
+#include "zeZeroPages.h"
 
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 
 #include <algorithm>
+#include <memory>
 
 namespace osg {
 
@@ -206,9 +208,21 @@ bool Image::load(const char* utf8Path, bool decodePixels, std::string& why)
         return fail(why, "no file name");
     try {
         const QString path = QString::fromUtf8(utf8Path);
+        // file may view fileMemory: declared first, it goes last.
+        std::unique_ptr<zeZeroPages> fileMemory;
         QByteArray file;
-        if (zeImageFile::read(path, MaxFileSize, file, why) != zeImageFile::Read)
+        const zeImageFile::ReadResult result =
+            decodePixels ? zeImageFile::read(path, MaxFileSize, file, why)
+                         : zeImageFile::readWithoutPixels(path, MaxFileSize, file, fileMemory, why);
+        if (result != zeImageFile::Read)
             return false;
+        // Only readers that the signature names are known to leave the
+        // pixels alone when reading a header.
+        if (fileMemory && ImageSignature::formatOf(file).isEmpty()) {
+            fileMemory.reset();
+            if (zeImageFile::read(path, MaxFileSize, file, why) != zeImageFile::Read)
+                return false;
+        }
         if (file.isEmpty())
             return fail(why, "empty file");
         const QString suffix = QFileInfo(path).suffix();
