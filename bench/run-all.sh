@@ -34,8 +34,9 @@ for program in bench_QZEColor bench_QZEColorSlider bench_QZESpectrum bench_QZECo
                bench_QZEColorDialog bench_QZEColorManipulator bench_QZESpectrumPlot; do
     run_program "$program"
 done
-# Every thumbnail figure is a whole pass over a folder: three passes are enough.
-run_program bench_Thumbnails --benchmark_repetitions=3
+# Every thumbnail figure is a whole pass over a folder: three passes are
+# enough, each kept, so that the worst scroll step of all three is known.
+run_program bench_Thumbnails --benchmark_repetitions=3 --benchmark_report_aggregates_only=false
 
 record_load "start zeimagemeta"
 "$here/zeimagemeta_vs_exiv2.py" "$bin_dir/zeimagemeta" --files 150 --runs 5 >"$out_dir/zeimagemeta.txt" 2>&1
@@ -44,4 +45,5 @@ record_load "end   zeimagemeta"
 for report in "$out_dir"/bench_QZESpectrum.json "$out_dir"/bench_QZESpectrumPlot.json; do
     "$here/fit_scaling.py" <"$report" >"${report%.json}.scaling.txt"
 done
+"$here/report.py" "$out_dir" | tee "$out_dir/targets.md"
 echo "reports in $out_dir"
