@@ -1,6 +1,7 @@
 // The external picker's blocking window on a real X server: it must be
 // mapped, and the host's windows must not take the clicks that arrive while
-// the picker runs, neither at once nor after the picker has answered.
+// the picker runs, neither at once nor after the picker has answered. The
+// picker program's own window belongs to the window it was given.
 
 #include "QZEImageFileDialog.h"
 
@@ -9,8 +10,10 @@
 #include "TestHelpers.h"
 
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QMouseEvent>
+#include <QProcess>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -51,10 +54,13 @@ private slots:
     void clickOnTheParentReachesItWithoutPicker();
     void blockerIsMappedWhileThePickerRuns();
     void clickOnTheParentIsNotDeliveredWhileThePickerRuns();
+    void pickerWindowIsTransientForTheCallersWindow();
 
 private:
     void sendClick(QWidget* widget, const QPoint& local);
     bool isViewable(QWidget* window);
+    xcb_window_t windowTransientFor(xcb_window_t parent);
+    quint32 windowProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type);
     QString runPicker(const std::function<void(QDialog*)>& whileBlocked);
 
     xcb_connection_t* _connection = nullptr;
@@ -193,6 +199,64 @@ void tst_QZEImageFileDialogX11::clickOnTheParentIsNotDeliveredWhileThePickerRuns
     QCOMPARE(_host->presses, 0);
     sendClick(_host, QPoint(150, 100));
     QTRY_COMPARE(_host->presses, 1);
+}
+
+// The 32-bit value of a window's property; 0 when it has none.
+quint32 tst_QZEImageFileDialogX11::windowProperty(xcb_window_t window, xcb_atom_t property,
+                                                  xcb_atom_t type)
+{
+    const xcb_get_property_cookie_t cookie =
+        xcb_get_property(_connection, false, window, property, type, 0, 1);
+    xcb_get_property_reply_t* reply = xcb_get_property_reply(_connection, cookie, nullptr);
+    quint32 value = 0;
+    if (reply && reply->format == 32 && xcb_get_property_value_length(reply) >= 4)
+        value = *static_cast<const quint32*>(xcb_get_property_value(reply));
+    std::free(reply);
+    return value;
+}
+
+// The top-level window whose WM_TRANSIENT_FOR names parent; 0 when none.
+xcb_window_t tst_QZEImageFileDialogX11::windowTransientFor(xcb_window_t parent)
+{
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_connection)).data->root;
+    xcb_query_tree_reply_t* tree =
+        xcb_query_tree_reply(_connection, xcb_query_tree(_connection, root), nullptr);
+    if (!tree)
+        return 0;
+    xcb_window_t found = 0;
+    const xcb_window_t* children = xcb_query_tree_children(tree);
+    for (int i = 0; i < xcb_query_tree_children_length(tree) && !found; ++i) {
+        if (windowProperty(children[i], XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW) == parent)
+            found = children[i];
+    }
+    std::free(tree);
+    return found;
+}
+
+void tst_QZEImageFileDialogX11::pickerWindowIsTransientForTheCallersWindow()
+{
+#ifndef QIMAGEFILEDIALOG_PATH
+    QSKIP("the picker program is built with the applications");
+#else
+    const xcb_window_t caller = xcb_window_t(_host->winId());
+    QProcess picker;
+    picker.start(QStringLiteral(QIMAGEFILEDIALOG_PATH),
+                 {QString::number(caller), QStringLiteral("Pick"), QDir::tempPath(),
+                  QStringLiteral("*.png"), QStringLiteral("0")});
+    QVERIFY(picker.waitForStarted());
+    xcb_window_t browser = 0;
+    QTRY_VERIFY_WITH_TIMEOUT((browser = windowTransientFor(caller)) != 0, 15000);
+    // The window is the picker's own, not one of this process.
+    xcb_intern_atom_reply_t* pidAtom = xcb_intern_atom_reply(
+        _connection, xcb_intern_atom(_connection, false, 11, "_NET_WM_PID"), nullptr);
+    QVERIFY(pidAtom);
+    const quint32 owner = windowProperty(browser, pidAtom->atom, XCB_ATOM_CARDINAL);
+    std::free(pidAtom);
+    QCOMPARE(qint64(owner), picker.processId());
+    picker.terminate();
+    QVERIFY(picker.waitForFinished(10000));
+    QCOMPARE(picker.readAllStandardOutput(), QByteArray());
+#endif
 }
 
 QZE_TEST_MAIN_WITH_PRIVATE_SERVERS(tst_QZEImageFileDialogX11, true)
