@@ -2,7 +2,9 @@
 """Prints every performance target with its figure and its reference from one
 sitting of bench/run-all.sh, as a Markdown table.
 
-    bench/report.py bench-results/<sitting>
+    bench/report.py bench-results/<sitting> [--all]
+
+With --all, every benchmark's median CPU time follows, program by program.
 
 Every figure is the median of the repetitions in CPU time, except where the
 row says otherwise (the thumbnail rates are wall-clock, and the longest scroll
@@ -145,8 +147,26 @@ def rows(s):
                verdict(longest < 16))
 
 
+def all_figures(folder):
+    for name in sorted(os.listdir(folder)):
+        if not name.endswith(".json"):
+            continue
+        with open(os.path.join(folder, name)) as report:
+            runs = json.load(report)["benchmarks"]
+        print(f"\n`{name[:-5]}` (median CPU time of the repetitions):\n")
+        print("| Benchmark | CPU | Counters |")
+        print("|---|---|---|")
+        for run in runs:
+            if run.get("aggregate_name") != "median":
+                continue
+            counters = ", ".join(f"{key} {value:.4g}" for key, value in run.items()
+                                 if key in ("items_per_second", "bytes_per_second")
+                                 or key.endswith("_ms"))
+            print(f"| {run['run_name']} | {run['cpu_time']:.4g} {run['time_unit']} | {counters} |")
+
+
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) not in (2, 3) or (len(sys.argv) == 3 and sys.argv[2] != "--all"):
         sys.exit(__doc__)
     sitting = Sitting(sys.argv[1])
     print("| What | Figure | Reference | Ratio | Target | |")
@@ -158,6 +178,8 @@ def main():
     if averages:
         print(f"\nLoad average (1 minute) at the programs' starts and ends: "
               f"{min(averages):.2f} to {max(averages):.2f}.")
+    if len(sys.argv) == 3:
+        all_figures(sys.argv[1])
 
 
 if __name__ == "__main__":
