@@ -19,7 +19,11 @@
 #include <QGraphicsView>
 #include <QImage>
 #include <QPainter>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStyleOptionGraphicsItem>
+#include <QAbstractTextDocumentLayout>
+#include <QTextDocument>
 #include <QtTest>
 
 #include <algorithm>
@@ -475,6 +479,62 @@ std::vector<QGraphicsItem*> itemsOf(const QZESpectrumPlot& plot)
     return std::vector<QGraphicsItem*>(items.begin(), items.end());
 }
 
+// Everything a host can read from a text item and its document.
+QString textItemState(const QGraphicsTextItem* text)
+{
+    const QTextDocument* document = text->document();
+    QString state;
+    QDebug out(&state);
+    out << text->type() << text->flags() << text->acceptHoverEvents() << text->acceptDrops()
+        << text->acceptedMouseButtons() << text->textInteractionFlags() << text->pos()
+        << text->boundingRect() << text->zValue() << text->isVisible() << text->toolTip()
+        << text->hasCursor() << text->textWidth() << text->defaultTextColor()
+        << text->openExternalLinks() << text->tabChangesFocus() << text->font()
+        << text->font().resolve() << text->toHtml() << text->textCursor().position();
+    out << document->defaultFont() << document->defaultFont().resolve() << document->revision()
+        << document->isModified() << document->availableUndoSteps()
+        << document->availableRedoSteps() << document->isUndoRedoEnabled()
+        << document->blockCount() << document->characterCount() << document->documentMargin()
+        << document->pageSize() << document->textWidth() << document->idealWidth()
+        << document->size() << document->useDesignMetrics() << document->indentWidth()
+        << document->defaultStyleSheet() << document->defaultTextOption().alignment()
+        << document->defaultTextOption().wrapMode() << document->documentLayout()->documentSize()
+        << document->documentLayout()->pageCount() << (document->parent()->parent() == text);
+    return state;
+}
+
+// The item as its own paint() draws it, on transparent pixels.
+QImage paintedAlone(QGraphicsTextItem* text)
+{
+    QImage image(80, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    QStyleOptionGraphicsItem option;
+    option.exposedRect = text->boundingRect();
+    text->paint(&painter, &option, nullptr);
+    return image;
+}
+
+// Every text item of the plot against the one QGraphicsScene::addText() makes
+// for the same text in the default font at the same place: the same item and
+// document, drawing the same pixels.
+void labelsAreWhatAddTextMakes(QZESpectrumPlot& plot)
+{
+    int compared = 0;
+    for (QGraphicsItem* item : plot.items(Qt::AscendingOrder)) {
+        auto* label = qgraphicsitem_cast<QGraphicsTextItem*>(item);
+        if (!label || label->toPlainText().isEmpty())
+            continue;
+        QGraphicsScene plain;
+        QGraphicsTextItem* reference = plain.addText(label->toPlainText(), QFont());
+        reference->setPos(label->pos());
+        QCOMPARE(textItemState(label), textItemState(reference));
+        QVERIFY2(paintedAlone(label) == paintedAlone(reference), qPrintable(label->toPlainText()));
+        ++compared;
+    }
+    QCOMPARE(compared, int(plot.getLabels().size()) + 2); // and the two value labels
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Geometry)
@@ -598,6 +658,10 @@ private slots:
     void redrawRebuildsWhenMoreThanValuesChanged_data();
     void redrawRebuildsWhenMoreThanValuesChanged();
     void dotsHoldOneStringSignatureConnectionPerSignal();
+    void dotConnectionsActLikeStringSignatureConnections_data();
+    void dotConnectionsActLikeStringSignatureConnections();
+    void labelsAreTheItemsAddTextMakesInTheDefaultFont_data();
+    void labelsAreTheItemsAddTextMakesInTheDefaultFont();
 };
 
 void tst_QZESpectrumPlot::init()
@@ -2239,6 +2303,93 @@ void tst_QZESpectrumPlot::dotsHoldOneStringSignatureConnectionPerSignal()
                                      &plot, SLOT(editSampleEvent(int, float, float, float))));
         QVERIFY(QMetaObject::invokeMethod(dot, "finishEditingMode"));
         QCOMPARE(updates.count(), 0);
+    }
+}
+
+void tst_QZESpectrumPlot::dotConnectionsActLikeStringSignatureConnections_data()
+{
+    QTest::addColumn<bool>("uniform");
+    QTest::newRow("uniform grid, values only") << true;
+    QTest::newRow("uneven wavelengths, which move too") << false;
+}
+
+// Two plots of equal spectra, the dots of the second reconnected the
+// straightforward way by their signatures: the same drags through the dots'
+// signals must edit both spectra and scenes alike.
+void tst_QZESpectrumPlot::dotConnectionsActLikeStringSignatureConnections()
+{
+    QFETCH(bool, uniform);
+    const auto make = [uniform] { return uniform ? makeUniform(380, 5, ramp81()) : makeUneven(); };
+    QZESpectrumPlot fast(make(), 1.0f);
+    QZESpectrumPlot plain(make(), 1.0f);
+    fast.update(600, 300);
+    plain.update(600, 300);
+    for (QZESpectrumSample* dot : plain.getSamples()) {
+        QVERIFY(QObject::disconnect(dot, nullptr, &plain, nullptr));
+        QVERIFY(connect(dot, SIGNAL(finishEditingMode()), &plain, SLOT(finishEditingMode())));
+        QVERIFY(connect(dot, SIGNAL(editSampleEvent(int, float, float, float)), &plain,
+                        SLOT(editSampleEvent(int, float, float, float))));
+    }
+    QSignalSpy fastUpdates(&fast, SIGNAL(update()));
+    QSignalSpy plainUpdates(&plain, SIGNAL(update()));
+    std::mt19937 rng(1724u);
+    std::uniform_int_distribution<size_t> pick(0, fast.getSamples().size() - 1);
+    std::uniform_real_distribution<float> coordinate(-20.0f, 620.0f);
+
+    for (int step = 0; step < 200; ++step) {
+        const size_t j = pick(rng);
+        const int index = fast.getSamples()[j]->getIndex();
+        const float sampleX = coordinate(rng), x = coordinate(rng), y = coordinate(rng) / 2.0f;
+        for (QZESpectrumPlot* plot : {&fast, &plain})
+            QVERIFY(QMetaObject::invokeMethod(plot->getSamples()[j], "editSampleEvent",
+                                              Q_ARG(int, index), Q_ARG(float, sampleX),
+                                              Q_ARG(float, x), Q_ARG(float, y)));
+        if (step % 10 == 9) {
+            for (QZESpectrumPlot* plot : {&fast, &plain}) {
+                plot->setEditSampleMode(true);
+                QVERIFY(QMetaObject::invokeMethod(plot->getSamples()[j], "finishEditingMode"));
+            }
+        }
+        QCOMPARE(fast.getSpectrum()->getSourceValues(), plain.getSpectrum()->getSourceValues());
+        QCOMPARE(fast.getSpectrum()->getWavelengths(), plain.getSpectrum()->getWavelengths());
+        QCOMPARE(fast.getEditSampleMode(), plain.getEditSampleMode());
+        QCOMPARE(fastUpdates.count(), plainUpdates.count());
+        QCOMPARE(sceneState(fast), sceneState(plain));
+    }
+    QCOMPARE(fastUpdates.count(), 20);
+    QVERIFY(renderedScene(fast, 600, 300) == renderedScene(plain, 600, 300));
+}
+
+void tst_QZESpectrumPlot::labelsAreTheItemsAddTextMakesInTheDefaultFont_data()
+{
+    QTest::addColumn<QFont>("applicationFont");
+    QTest::newRow("the application's own font") << QApplication::font();
+    QFont serif(QStringLiteral("DejaVu Serif"), 13);
+    serif.setItalic(true);
+    QTest::newRow("a host's 13 pt italic serif") << serif;
+}
+
+// Sizes from narrow (labels thinned out) to wide and maxima of many
+// magnitudes, at two DPI scales, so the labels cover many texts and places.
+void tst_QZESpectrumPlot::labelsAreTheItemsAddTextMakesInTheDefaultFont()
+{
+    QFETCH(QFont, applicationFont);
+    const QFont previous = QApplication::font();
+    const auto restoreFont = qScopeGuard([&previous] { QApplication::setFont(previous); });
+    QApplication::setFont(applicationFont);
+    std::mt19937 rng(16u);
+    std::uniform_real_distribution<float> exponent(-3.0f, 4.0f);
+    std::uniform_int_distribution<int> width(120, 1400);
+    std::uniform_int_distribution<int> height(80, 700);
+
+    for (float scale : {1.0f, 1.25f}) {
+        zePlatform::setDpiScale(scale, scale);
+        QZESpectrumPlot plot(makeUniform(380, 5, ramp81()), 1.0f);
+        for (int round = 0; round < 12; ++round) {
+            plot.setMaxValue(std::pow(10.0f, exponent(rng)));
+            plot.update(float(width(rng)), float(height(rng)));
+            QZE_CHECK(labelsAreWhatAddTextMakes(plot));
+        }
     }
 }
 

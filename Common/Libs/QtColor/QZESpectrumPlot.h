@@ -203,6 +203,7 @@ private:
 
     void createOverlayItems();
     void addValueLabels(float height);
+    QGraphicsTextItem* addLabel(const QString& text, const QPointF& pos);
     void addAxes(float width, float height);
     QPainterPath addSampleDots();
     QString dotToolTip(const QString& format, int k) const;
