@@ -24,6 +24,8 @@
 #include <QStyleOptionGraphicsItem>
 #include <QAbstractTextDocumentLayout>
 #include <QTextDocument>
+#include "QZEQtCompat.h"
+
 #include <QtTest>
 
 #include <algorithm>
@@ -490,8 +492,10 @@ QString textItemState(const QGraphicsTextItem* text)
         << text->boundingRect() << text->zValue() << text->isVisible() << text->toolTip()
         << text->hasCursor() << text->textWidth() << text->defaultTextColor()
         << text->openExternalLinks() << text->tabChangesFocus() << text->font()
-        << text->font().resolve() << text->toHtml() << text->textCursor().position();
-    out << document->defaultFont() << document->defaultFont().resolve() << document->revision()
+        << QZEQtCompat::resolveMask(text->font()) << text->toHtml()
+        << text->textCursor().position();
+    out << document->defaultFont() << QZEQtCompat::resolveMask(document->defaultFont())
+        << document->revision()
         << document->isModified() << document->availableUndoSteps()
         << document->availableRedoSteps() << document->isUndoRedoEnabled()
         << document->blockCount() << document->characterCount() << document->documentMargin()

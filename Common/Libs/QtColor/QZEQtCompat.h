@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QMetaType>
 #include <QMouseEvent>
 #include <QtGlobal>
@@ -56,6 +57,16 @@ inline int metaTypeId(const char* name)
     return QMetaType::fromName(name).id();
 #else
     return QMetaType::type(name);
+#endif
+}
+
+/// Which of the font's properties were set explicitly (QFont::ResolveProperties bits).
+inline uint resolveMask(const QFont& font)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return uint(font.resolveMask());
+#else
+    return font.resolve();
 #endif
 }
 
