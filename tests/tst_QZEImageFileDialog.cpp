@@ -996,7 +996,7 @@ void tst_QZEImageFileDialog::everyFinishedThumbnailOfTheFirstScreenIsShown()
         }
         return true;
     };
-    QTRY_COMPARE(dialog->getImages()->size(), std::size_t(middles.size()));
+    QTRY_VERIFY(dialog->getImages()->size() >= std::size_t(middles.size()));
     QTest::qWait(300); // the resizes' delayed layouts and paints
     QVERIFY(showing(list->palette().color(QPalette::Base)));
     s_jobsReleased = true;
