@@ -1,3 +1,4 @@
+#include "QZEConvertImage.h"
 #include "QZEImageDelegate.h"
 #include "QZEImageFileDialog.h"
 #include "QZEPushButton.h"
@@ -11,6 +12,7 @@
 
 #include <QApplication>
 #include <QDrag>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QGridLayout>
@@ -19,8 +21,10 @@
 #include <QListView>
 #include <QPushButton>
 #include <QRunnable>
+#include <QScreen>
 #include <QSplitter>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QThreadPool>
 #include <QTimer>
 #include <QTreeView>
@@ -28,6 +32,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -102,6 +107,85 @@ void chooseInFileDialog(QFileDialog* dialog, const QString& path)
     QMetaObject::invokeMethod(dialog, name ? "accept" : "reject");
 }
 
+// The dialog's delegate, painting the same, that counts the layouts of the
+// grid: a layout asks once for the size of each row, and only a layout asks
+// for the second row's (the first row's also sizes the scroll steps).
+class LayoutCountingDelegate : public QZEImageDelegate
+{
+public:
+    LayoutCountingDelegate(QZEImageFileDialog* dialog, QFileSystemModel* model)
+        : QZEImageDelegate(dialog, model, 192, 32, 224)
+    {
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        if (index.row() == 1)
+            ++layouts;
+        return QZEImageDelegate::sizeHint(option, index);
+    }
+
+    mutable int layouts = 0;
+};
+
+// A frame of the grid's relayouts, in milliseconds.
+constexpr int FrameMs = 16;
+
+void postCompletion(QZEImageFileDialog& dialog)
+{
+    QCoreApplication::postEvent(&dialog, new QEvent(QEvent::Type(1000)));
+}
+
+int finishedThumbnails(QZEImageFileDialog& dialog)
+{
+    int finished = 0;
+    for (const auto& entry : *dialog.getImages())
+        finished += QZEConvertImage::finishedImage(entry.second).isNull() ? 0 : 1;
+    return finished;
+}
+
+// Every cell's place on the view, by row.
+QVector<QRect> cellPlaces(const QListView& list)
+{
+    QVector<QRect> places;
+    for (int row = 0; row < list.model()->rowCount(list.rootIndex()); ++row)
+        places << list.visualRect(list.model()->index(row, 0, list.rootIndex()));
+    return places;
+}
+
+// Whether any pixel of rect in image differs from its top-left one.
+bool showsSomething(const QImage& image, const QRect& rect)
+{
+    const QRgb first = image.pixel(rect.topLeft());
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        for (int x = rect.left(); x <= rect.right(); ++x) {
+            if (image.pixel(x, y) != first)
+                return true;
+        }
+    }
+    return false;
+}
+
+// Thumbnail jobs wait in the conversion callback until a test releases them,
+// then each gets a picture of one colour that fills its box.
+std::atomic<bool> s_jobsReleased{false};
+const QColor s_pictureColour(200, 60, 40);
+
+QImage convertOnceReleased(const QString&, QSize& size)
+{
+    while (!s_jobsReleased.load())
+        QThread::msleep(1);
+    return ImageFixtures::filled(size.width(), size.height(), QImage::Format_RGB32,
+                                 s_pictureColour);
+}
+
+// Holds the jobs from construction and releases them on destruction at the
+// latest, so that a failing test does not leave them waiting forever.
+struct JobRelease {
+    JobRelease() { s_jobsReleased = false; }
+    ~JobRelease() { s_jobsReleased = true; }
+};
+
 } // namespace
 
 class tst_QZEImageFileDialog : public QObject
@@ -141,6 +225,10 @@ private slots:
     void doubleClickRightAfterAClickGivesTheMaskOfTheDoubleClickedFile();
 
     void repaintEventRepaintsTheGrid();
+    void completionsWithinAFrameShareOneRelayout();
+    void gridIsNeverPaintedEmptyWhileCompletionsArrive();
+    void everyFinishedThumbnailOfTheFirstScreenIsShown();
+    void coalescedRelayoutPlacesEveryCellWhereThePlainLayoutDid();
     void destructorWaitsForTheGlobalPoolBeforeFreeingTheCache();
     void conversionCallbackIsOneValueForTheProcess();
 
@@ -171,6 +259,7 @@ private:
     QPoint cellCentre(const QZEImageFileDialog& dialog, const QString& path);
     void releaseOverPushButton(Qt::MouseButton button);
     QString pickerAnswer(const QByteArray& answer, int* mask);
+    void showSettledBrowser(std::unique_ptr<QZEImageFileDialog>& dialog, int pictures);
 
     static zeRenderSettings cameraAndImageRecord();
 
@@ -285,6 +374,23 @@ QString tst_QZEImageFileDialog::pickerAnswer(const QByteArray& answer, int* mask
     if (!picker.isValid())
         return QStringLiteral("no fake picker");
     return QZEImageFileDialog::getOpenFileNameExternalProc(nullptr, "c", "/images", "*.png", mask);
+}
+
+// A browser of plain pictures, 1000 x 800, once every thumbnail has been
+// made and the relayouts that they asked for have run.
+void tst_QZEImageFileDialog::showSettledBrowser(std::unique_ptr<QZEImageFileDialog>& dialog,
+                                                int pictures)
+{
+    for (int i = 0; i < pictures; ++i)
+        QVERIFY(!plainImage(QStringLiteral("img%1.png").arg(i)).isEmpty());
+    dialog = browse(_dir->path(), false);
+    dialog->resize(1000, 800);
+    dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    QZE_CHECK(waitForListing(*dialog, pictures));
+    QTRY_VERIFY(!dialog->getImages()->empty());
+    QTRY_COMPARE(finishedThumbnails(*dialog), int(dialog->getImages()->size()));
+    QTest::qWait(3 * FrameMs);
 }
 
 void tst_QZEImageFileDialog::slotsAreDeclaredInMetaObjectOrder()
@@ -793,6 +899,130 @@ void tst_QZEImageFileDialog::repaintEventRepaintsTheGrid()
     QCoreApplication::postEvent(dialog.get(), new QEvent(QEvent::Type(1000)));
     QTRY_VERIFY(paints > 0);
     viewport->removeEventFilter(&counter);
+}
+
+// Jobs finish one by one while the user scrolls, each completion in a pass
+// of the event loop of its own; laying the whole grid out for each of them
+// would take the GUI thread from the scrolling.
+void tst_QZEImageFileDialog::completionsWithinAFrameShareOneRelayout()
+{
+    std::unique_ptr<QZEImageFileDialog> dialog;
+    QZE_CHECK(showSettledBrowser(dialog, 4));
+    auto* list = part<QListView>(*dialog, "_list");
+    auto* counting = new LayoutCountingDelegate(
+        dialog.get(), qobject_cast<QFileSystemModel*>(list->model()));
+    counting->setParent(dialog.get());
+    list->setItemDelegate(counting);
+    QTest::qWait(3 * FrameMs);
+
+    // One completion on its own: one relayout, on the next pass.
+    counting->layouts = 0;
+    postCompletion(*dialog);
+    QTRY_COMPARE(counting->layouts, 1);
+    QTest::qWait(3 * FrameMs);
+    QCOMPARE(counting->layouts, 1);
+
+    counting->layouts = 0;
+    QElapsedTimer passes;
+    passes.start();
+    for (int i = 0; i < 20; ++i) {
+        postCompletion(*dialog);
+        QCoreApplication::processEvents();
+    }
+    const qint64 elapsed = passes.elapsed();
+    if (elapsed > 4 * FrameMs)
+        QSKIP("the twenty passes did not fit into a few frames on this machine");
+    QTest::qWait(3 * FrameMs);
+    // The first completion's relayout, and one at the end of its frame for
+    // those that came after it: none is left without a relayout.
+    const int most = 2 + int(elapsed / FrameMs);
+    QVERIFY2(counting->layouts >= 2 && counting->layouts <= most,
+             qPrintable(QStringLiteral("%1 relayouts in %2 ms").arg(counting->layouts).arg(elapsed)));
+}
+
+// The view forgets its layout when the root index is set again; a paint
+// before the next layout would show an empty grid, and the user a flicker.
+void tst_QZEImageFileDialog::gridIsNeverPaintedEmptyWhileCompletionsArrive()
+{
+    std::unique_ptr<QZEImageFileDialog> dialog;
+    QZE_CHECK(showSettledBrowser(dialog, 4));
+    QWidget* viewport = part<QListView>(*dialog, "_list")->viewport();
+    const QRect firstCell = part<QListView>(*dialog, "_list")
+                                ->visualRect(indexOf(*dialog, _dir->filePath("img0.png")));
+    QVERIFY(viewport->rect().contains(firstCell));
+    for (int pass = 0; pass < 60; ++pass) {
+        postCompletion(*dialog);
+        QCoreApplication::processEvents();
+        QVERIFY2(showsSomething(viewport->grab().toImage(), firstCell),
+                 qPrintable(QStringLiteral("empty after pass %1").arg(pass)));
+        QThread::msleep(1);
+    }
+}
+
+// What the window shows, not a fresh rendering: the grid has settled with
+// every cell "Loading ...", then all jobs finish at once, and only their
+// completions can bring the thumbnails to the screen.
+void tst_QZEImageFileDialog::everyFinishedThumbnailOfTheFirstScreenIsShown()
+{
+    for (int i = 0; i < 6; ++i)
+        QVERIFY(!plainImage(QStringLiteral("img%1.png").arg(i)).isEmpty());
+    QZEImageFileDialog::setImageConversionCB(convertOnceReleased);
+    const auto dialog = browse(_dir->path(), false);
+    const JobRelease release; // before the dialog waits for the jobs
+    dialog->resize(1000, 800);
+    dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    QZE_CHECK(waitForListing(*dialog, 6));
+    auto* list = part<QListView>(*dialog, "_list");
+    // Inside the picture and above the "Loading ..." line: the canvas lies
+    // 16 pixels from the cell's left and 8 from its top, and the 154-pixel
+    // picture box 19 pixels inside the 192-pixel canvas.
+    QVector<QPoint> middles;
+    for (int i = 0; i < 6; ++i) {
+        const QString path = _dir->filePath(QStringLiteral("img%1.png").arg(i));
+        const QPoint middle = list->visualRect(indexOf(*dialog, path)).topLeft() + QPoint(76, 68);
+        if (list->viewport()->rect().contains(middle))
+            middles << list->viewport()->mapTo(dialog.get(), middle);
+    }
+    QVERIFY(middles.size() >= 3);
+    const auto showing = [&](const QColor& wanted) {
+        const QImage window = dialog->screen()->grabWindow(dialog->winId()).toImage();
+        for (const QPoint& middle : middles) {
+            const QColor colour = window.pixelColor(middle);
+            if (std::abs(colour.red() - wanted.red()) > 8
+                || std::abs(colour.green() - wanted.green()) > 8
+                || std::abs(colour.blue() - wanted.blue()) > 8)
+                return false;
+        }
+        return true;
+    };
+    QTRY_VERIFY(dialog->getImages()->size() >= std::size_t(middles.size()));
+    QTest::qWait(300); // the resizes' delayed layouts and paints
+    QVERIFY(showing(list->palette().color(QPalette::Base)));
+    s_jobsReleased = true;
+    QTRY_VERIFY(showing(s_pictureColour));
+}
+
+void tst_QZEImageFileDialog::coalescedRelayoutPlacesEveryCellWhereThePlainLayoutDid()
+{
+    std::unique_ptr<QZEImageFileDialog> dialog;
+    QZE_CHECK(showSettledBrowser(dialog, 9));
+    auto* list = part<QListView>(*dialog, "_list");
+    // The view's own way: the same root index again, laid out when the view
+    // gets to it.
+    list->setRootIndex(list->rootIndex());
+    QTest::qWait(3 * FrameMs);
+    const QVector<QRect> plain = cellPlaces(*list);
+    QCOMPARE(plain.size(), 9);
+    QVERIFY(plain.at(0).size() == QSize(224, 224));
+    QVERIFY(plain.at(8).top() > plain.at(0).top()); // more than one row
+
+    for (int i = 0; i < 10; ++i) {
+        postCompletion(*dialog);
+        QCoreApplication::processEvents();
+    }
+    QTest::qWait(3 * FrameMs);
+    QCOMPARE(cellPlaces(*list), plain);
 }
 
 void tst_QZEImageFileDialog::destructorWaitsForTheGlobalPoolBeforeFreeingTheCache()

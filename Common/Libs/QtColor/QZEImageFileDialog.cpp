@@ -18,8 +18,10 @@
 #include <QThread>
 #include <QThreadPool>
 #include <QTimer>
+#include <QTimerEvent>
 #include <QTreeWidgetItemIterator>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <string>
@@ -33,6 +35,7 @@ constexpr int ThumbnailSize = 192;
 constexpr int ThumbnailMargin = 32;
 constexpr int ThumbnailCell = ThumbnailSize + ThumbnailMargin;
 constexpr int RepaintEvent = QEvent::User;
+constexpr qint64 FrameMs = 16;
 constexpr int MetaDataDelayMs = 10;
 
 // Top-level rows of the filter tree, as the form creates them.
@@ -258,11 +261,41 @@ void QZEImageFileDialog::setCheckedIfEnabled(QTreeWidgetItem* item)
 
 bool QZEImageFileDialog::event(QEvent* event)
 {
-    // A finished thumbnail: setting the same root index again lays the grid
-    // out and repaints it.
     if (event->type() == RepaintEvent)
-        _ui->_list->setRootIndex(_ui->_list->rootIndex());
+        scheduleGridRelayout();
     return QWidget::event(event);
+}
+
+void QZEImageFileDialog::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != _relayoutTimer.timerId()) {
+        QDialog::timerEvent(event);
+        return;
+    }
+    _relayoutTimer.stop();
+    relayoutGrid();
+}
+
+// A relayout walks every file of the folder (some milliseconds for ten
+// thousand), and while the grid scrolls the pool finishes thumbnails by the
+// hundred each second: one relayout per frame shows them all as soon.
+void QZEImageFileDialog::scheduleGridRelayout()
+{
+    if (_relayoutTimer.isActive())
+        return;
+    const qint64 since = _sinceRelayout.isValid() ? _sinceRelayout.elapsed() : FrameMs;
+    _relayoutTimer.start(int(std::max<qint64>(0, FrameMs - since)), Qt::PreciseTimer, this);
+}
+
+void QZEImageFileDialog::relayoutGrid()
+{
+    // Setting the same root index again makes the view forget its layout;
+    // laying it out at once leaves no pass in which the grid would be
+    // painted empty.
+    QListView* list = _ui->_list;
+    list->setRootIndex(list->rootIndex());
+    list->doItemsLayout();
+    _sinceRelayout.start();
 }
 
 void QZEImageFileDialog::clickedTree(const QModelIndex& index)

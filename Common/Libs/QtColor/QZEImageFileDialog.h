@@ -1,7 +1,9 @@
 #ifndef QZEIMAGEFILEDIALOG_H
 #define QZEIMAGEFILEDIALOG_H
 
+#include <QBasicTimer>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -77,8 +79,13 @@ public:
     /// Ticks item if it is enabled; otherwise leaves it alone.
     void setCheckedIfEnabled(QTreeWidgetItem* item);
 
-    /// Repaints the thumbnail grid on an event of type QEvent::User (posted
-    /// by a finished thumbnail job), then handles every event as QWidget does.
+    /// Lays out and repaints the thumbnail grid after an event of type
+    /// QEvent::User (posted by a finished thumbnail job), then handles every
+    /// event as QWidget does. Completions that arrive within one frame
+    /// (16 ms) share one relayout, made on the next pass of the event loop
+    /// or at the end of that frame, so that the grid shows every finished
+    /// thumbnail within a frame without being laid out hundreds of times a
+    /// second.
     bool event(QEvent* event) override;
 
     /// Runs the browser in-process, 800 x 600, titled caption when it is not
@@ -117,7 +124,13 @@ public slots:
     /// Recomputes the mask from the ticked filter items.
     void updateMetaDataChoice();
 
+protected:
+    /// Runs the grid relayout that finished thumbnails asked for.
+    void timerEvent(QTimerEvent* event) override;
+
 private:
+    void scheduleGridRelayout();
+    void relayoutGrid();
     void setUpDirectoryTree(const QString& start);
     void setUpFileList(const QString& start, const QString& filter);
     void setUpMetaTree();
@@ -138,6 +151,10 @@ private:
     std::map<QString, QImage*> _images;
     // The file the filter tree was last filled from.
     QString _metaDataFile;
+    // Pending while finished thumbnails wait for their relayout.
+    QBasicTimer _relayoutTimer;
+    // Since the last relayout; invalid before the first.
+    QElapsedTimer _sinceRelayout;
 };
 
 #endif // QZEIMAGEFILEDIALOG_H
