@@ -11,6 +11,7 @@ quadratic.
 
 import json
 import math
+import re
 import statistics
 import sys
 from collections import defaultdict
@@ -19,20 +20,26 @@ from collections import defaultdict
 def main():
     report = json.load(sys.stdin)
     times = defaultdict(lambda: defaultdict(list))
+    units = {}
     for run in report["benchmarks"]:
         if run.get("run_type") == "aggregate" and run.get("aggregate_name") != "median":
             continue
         if run.get("run_type") == "iteration" and run.get("repetitions", 1) > 1:
             continue
         name = run["run_name"] if "run_name" in run else run["name"]
-        family, _, arg = name.partition("/")
-        if not arg.isdigit():
+        # "BM_Load/1000" and "FullUpdate/600x300/1000samples": the last part's
+        # number is the size, the rest names the family.
+        family, _, last = name.rpartition("/")
+        size = re.fullmatch(r"(\d+)(\D*)", last)
+        if not family or not size:
             continue
-        times[family][int(arg)].append(run["cpu_time"])
+        family += "/*" + size.group(2) if size.group(2) else ""
+        times[family][int(size.group(1))].append(run["cpu_time"])
+        units[family] = run["time_unit"]
     for family, points in times.items():
         if len(points) < 2:
             continue
-        unit = next(r["time_unit"] for r in report["benchmarks"] if r["name"].startswith(family + "/"))
+        unit = units[family]
         args = sorted(points)
         xs = [math.log(a) for a in args]
         ys = [math.log(statistics.median(points[a])) for a in args]
