@@ -148,6 +148,8 @@ private slots:
     void anUnknownFieldTypeLeavesTheLayoutUntold();
     void unevenOffsetAndCountListsLeaveTheLayoutUntold();
     void aHugeStripCountLeavesTheLayoutUntold();
+    void tooManyTagValuesLeaveTheLayoutUntold();
+    void metadataBetweenManyStripsIsCheckedAgainstEach();
 };
 
 void tst_zeTiffLayout::pixelsOfATiffWrittenByQtAreItsStrips_data()
@@ -370,6 +372,51 @@ void tst_zeTiffLayout::aHugeStripCountLeavesTheLayoutUntold()
     tiff.grow(int(64 + 4 * strips));
     std::vector<Range> ranges;
     QVERIFY(!rangesOf(tiff.bytes(), ranges));
+}
+
+// Two directories of 40,000 entries, each with a value of its own outside the
+// entry: more bookkeeping than any real file needs.
+void tst_zeTiffLayout::tooManyTagValuesLeaveTheLayoutUntold()
+{
+    const int entries = 40000;
+    TiffBytes tiff(false);
+    tiff.firstDirectory(8);
+    std::vector<TiffBytes::Entry> many(entries, {270, 2, 8, 16});
+    const int second = 8 + 2 + entries * 12 + 4;
+    tiff.directory(8, many, std::uint32_t(second));
+    tiff.directory(second, many);
+    std::vector<Range> ranges;
+    QVERIFY(!rangesOf(tiff.bytes(), ranges));
+    // One such directory alone is taken.
+    tiff.directory(8, many);
+    QVERIFY(rangesOf(tiff.bytes(), ranges));
+    QVERIFY(ranges.empty());
+}
+
+// Ten thousand strips with gaps between them, and one tag value placed in a
+// gap or just inside a strip: each must be told apart.
+void tst_zeTiffLayout::metadataBetweenManyStripsIsCheckedAgainstEach()
+{
+    const int strips = 10000;
+    const int first = 100000;
+    for (const int valueAt : {first + 5000 * 20 + 12, first + 5000 * 20 + 9}) {
+        TiffBytes tiff(false);
+        tiff.firstDirectory(8);
+        // Strip i covers first + 20 i .. first + 20 i + 9; bytes 10 to 19 of each
+        // step are a gap.
+        tiff.directory(8, {{273, Long, strips, 64}, {279, Long, strips, 64 + 4 * strips},
+                           {270, 2, 6, std::uint32_t(valueAt)}});
+        for (int i = 0; i < strips; ++i) {
+            tiff.put(64 + 4 * i, 4, std::uint64_t(first + 20 * i));
+            tiff.put(64 + 4 * strips + 4 * i, 4, 10);
+        }
+        tiff.grow(first + 20 * strips);
+        std::vector<Range> ranges;
+        const bool inGap = (valueAt - first) % 20 >= 10 && (valueAt - first) % 20 + 6 <= 20;
+        QCOMPARE(rangesOf(tiff.bytes(), ranges), inGap);
+        if (inGap)
+            QCOMPARE(ranges.size(), std::size_t(strips));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_zeTiffLayout)

@@ -12,6 +12,9 @@ constexpr std::uint64_t EntrySize = 12;
 // Directories looked at in all (the chain, its sub-directories and theirs):
 // more than any real file has, few enough to bound the work on a hostile one.
 constexpr std::size_t MaxDirectories = 256;
+// Directories and tag values recorded in all; beyond this a file is not
+// worth the bookkeeping and is read whole.
+constexpr std::size_t MaxMetadataRanges = 1u << 16;
 // Values of one strip, tile or sub-directory list taken: a million strips is
 // far beyond real files and keeps a hostile count from filling memory.
 constexpr std::uint32_t MaxValues = 1u << 20;
@@ -107,7 +110,8 @@ bool Walker::walk(std::vector<Range>& pixels)
         _pending.pop_back();
         if (offset == 0)
             continue;
-        if (!_seen.insert(offset).second || _seen.size() > MaxDirectories || !directory(offset))
+        if (!_seen.insert(offset).second || _seen.size() > MaxDirectories || !directory(offset)
+            || _metadata.size() > MaxMetadataRanges)
             return false;
     }
     std::sort(_pixels.begin(), _pixels.end(),
@@ -121,11 +125,15 @@ bool Walker::walk(std::vector<Range>& pixels)
             pixels.push_back(range);
         }
     }
+    // pixels is sorted and its ranges apart: the one range that can overlap a
+    // piece of metadata is the first that ends after the metadata starts.
     for (const Range& metadata : _metadata) {
-        for (const Range& range : pixels) {
-            if (overlap(metadata, range))
-                return false;
-        }
+        const auto candidate = std::upper_bound(
+            pixels.begin(), pixels.end(), metadata.offset, [](std::uint64_t offset, const Range& range) {
+                return offset < range.offset + range.size;
+            });
+        if (candidate != pixels.end() && overlap(metadata, *candidate))
+            return false;
     }
     return true;
 }
