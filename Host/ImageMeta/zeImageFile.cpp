@@ -26,10 +26,12 @@ std::string notARegularFile(const QString& path, const QFileInfo& info)
     return std::string();
 }
 
-// Opens path for reading when it is a regular file of at most maxSize bytes.
+// Opens path for reading when it is a regular file of at most maxSize bytes;
+// bytes is emptied first, so that no failure leaves old contents behind.
 zeImageFile::ReadResult openBounded(const QString& path, qint64 maxSize, QFile& file,
-                                    std::string& why)
+                                    QByteArray& bytes, std::string& why)
 {
+    bytes.clear();
     why = notARegularFile(path, QFileInfo(path));
     if (!why.empty())
         return zeImageFile::CannotRead;
@@ -68,9 +70,8 @@ bool readExactly(QFile& file, qint64 offset, qint64 size, char* to, std::string&
 zeImageFile::ReadResult zeImageFile::read(const QString& path, qint64 maxSize, QByteArray& bytes,
                                           std::string& why)
 {
-    bytes.clear();
     QFile file;
-    const ReadResult opened = openBounded(path, maxSize, file, why);
+    const ReadResult opened = openBounded(path, maxSize, file, bytes, why);
     if (opened != Read)
         return opened;
     const qint64 size = file.size();
@@ -92,10 +93,9 @@ zeImageFile::ReadResult zeImageFile::readWithoutPixels(const QString& path, qint
                                                        std::unique_ptr<zeZeroPages>& memory,
                                                        std::string& why)
 {
-    bytes.clear();
     memory.reset();
     QFile file;
-    const ReadResult opened = openBounded(path, maxSize, file, why);
+    const ReadResult opened = openBounded(path, maxSize, file, bytes, why);
     if (opened != Read)
         return opened;
     const qint64 size = file.size();
