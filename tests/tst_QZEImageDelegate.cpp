@@ -14,7 +14,9 @@
 #include <QListView>
 #include <QPainter>
 #include <QScrollBar>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QThreadPool>
 #include <QtTest>
 
@@ -370,8 +372,21 @@ void tst_QZEImageDelegate::everyThumbnailOfTwoThousandImagesArrives()
     }
 }
 
+// A job that takes a few milliseconds whatever the machine, so that most of
+// the 2000 are still queued when the scroll through them ends.
+static QImage convertSlowly(const QString&, QSize& size)
+{
+    QThread::msleep(3);
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::gray);
+    return image;
+}
+
 void tst_QZEImageDelegate::noJobRunsAfterTheDialogIsDestroyed()
 {
+    QZEImageFileDialog::setImageConversionCB(convertSlowly);
+    const auto plainConversion =
+        qScopeGuard([] { QZEImageFileDialog::setImageConversionCB(nullptr); });
     Browser browser;
     QZE_CHECK(browseAllOfTheLargeDirectory(browser));
     // Gone while most of the 2000 jobs are still queued or running.

@@ -180,10 +180,22 @@ QImage convertOnceReleased(const QString&, QSize& size)
 }
 
 // Holds the jobs from construction and releases them on destruction at the
-// latest, so that a failing test does not leave them waiting forever.
+// latest, so that a failing test does not leave them waiting forever. Qt 6.4
+// fills large areas on the global pool's threads too: while jobs are held
+// there, the pool gets room beyond them, or painting would wait for them.
 struct JobRelease {
-    JobRelease() { s_jobsReleased = false; }
-    ~JobRelease() { s_jobsReleased = true; }
+    JobRelease()
+        : threads(QThreadPool::globalInstance()->maxThreadCount())
+    {
+        s_jobsReleased = false;
+        QThreadPool::globalInstance()->setMaxThreadCount(threads + 16);
+    }
+    ~JobRelease()
+    {
+        s_jobsReleased = true;
+        QThreadPool::globalInstance()->setMaxThreadCount(threads);
+    }
+    const int threads;
 };
 
 } // namespace
