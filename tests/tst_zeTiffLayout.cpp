@@ -29,6 +29,20 @@ bool rangesOf(const QByteArray& file, std::vector<Range>& ranges)
     return zeTiffLayout::pixelRanges(readerOf(file), std::uint64_t(file.size()), ranges);
 }
 
+// The pixel ranges as (offset, size) pairs; told says whether the layout was
+// given at all.
+using Spans = std::vector<std::pair<std::uint64_t, std::uint64_t>>;
+
+Spans spansOf(const QByteArray& file, bool& told)
+{
+    std::vector<Range> ranges;
+    told = rangesOf(file, ranges);
+    Spans spans;
+    for (const Range& range : ranges)
+        spans.emplace_back(range.offset, range.size);
+    return spans;
+}
+
 // A TIFF assembled entry by entry: put() writes numbers in the file's byte
 // order at a given offset, growing the file as needed.
 class TiffBytes
@@ -204,11 +218,9 @@ void tst_zeTiffLayout::stripsAreFoundInEitherByteOrder_data()
 void tst_zeTiffLayout::stripsAreFoundInEitherByteOrder()
 {
     QFETCH(bool, bigEndian);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(twoStrips(bigEndian).bytes(), ranges));
-    QCOMPARE(ranges.size(), std::size_t(1));
-    QCOMPARE(ranges[0].offset, std::uint64_t(1000));
-    QCOMPARE(ranges[0].size, std::uint64_t(600));
+    bool told = false;
+    QCOMPARE(spansOf(twoStrips(bigEndian).bytes(), told), (Spans{{1000, 600}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::tilesCountAsPixels()
@@ -221,13 +233,9 @@ void tst_zeTiffLayout::tilesCountAsPixels()
     tiff.put(108, 4, 64);
     tiff.put(112, 4, 64);
     tiff.grow(1000);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(tiff.bytes(), ranges));
-    QCOMPARE(ranges.size(), std::size_t(2));
-    QCOMPARE(ranges[0].offset, std::uint64_t(500));
-    QCOMPARE(ranges[0].size, std::uint64_t(64));
-    QCOMPARE(ranges[1].offset, std::uint64_t(900));
-    QCOMPARE(ranges[1].size, std::uint64_t(64));
+    bool told = false;
+    QCOMPARE(spansOf(tiff.bytes(), told), (Spans{{500, 64}, {900, 64}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::adjacentStripsMergeIntoOneRange()
@@ -236,11 +244,9 @@ void tst_zeTiffLayout::adjacentStripsMergeIntoOneRange()
     // here they overlap, which still gives one range.
     TiffBytes tiff = twoStrips(false);
     tiff.put(204, 4, 1300);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(tiff.bytes(), ranges));
-    QCOMPARE(ranges.size(), std::size_t(1));
-    QCOMPARE(ranges[0].offset, std::uint64_t(1000));
-    QCOMPARE(ranges[0].size, std::uint64_t(500));
+    bool told = false;
+    QCOMPARE(spansOf(tiff.bytes(), told), (Spans{{1000, 500}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::everyImageOfTheChainCounts()
@@ -250,12 +256,9 @@ void tst_zeTiffLayout::everyImageOfTheChainCounts()
     tiff.directory(8, {{273, Long, 1, 800}, {279, Long, 1, 100}}, 60);
     tiff.directory(60, {{273, Long, 1, 1200}, {279, Long, 1, 50}});
     tiff.grow(1300);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(tiff.bytes(), ranges));
-    QCOMPARE(ranges.size(), std::size_t(2));
-    QCOMPARE(ranges[0].offset, std::uint64_t(800));
-    QCOMPARE(ranges[1].offset, std::uint64_t(1200));
-    QCOMPARE(ranges[1].size, std::uint64_t(50));
+    bool told = false;
+    QCOMPARE(spansOf(tiff.bytes(), told), (Spans{{800, 100}, {1200, 50}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::aSingleInlineStripIsFound()
@@ -264,21 +267,17 @@ void tst_zeTiffLayout::aSingleInlineStripIsFound()
     tiff.firstDirectory(8);
     tiff.directory(8, {{273, Short, 1, 300}, {279, Short, 1, 40}});
     tiff.grow(400);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(tiff.bytes(), ranges));
-    QCOMPARE(ranges.size(), std::size_t(1));
-    QCOMPARE(ranges[0].offset, std::uint64_t(300));
-    QCOMPARE(ranges[0].size, std::uint64_t(40));
+    bool told = false;
+    QCOMPARE(spansOf(tiff.bytes(), told), (Spans{{300, 40}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::pixelsRunningPastTheEndAreClipped()
 {
     TiffBytes tiff = twoStrips(false);
-    QByteArray cut = tiff.bytes().left(1500);
-    std::vector<Range> ranges;
-    QVERIFY(rangesOf(cut, ranges));
-    QCOMPARE(ranges.size(), std::size_t(1));
-    QCOMPARE(ranges[0].offset + ranges[0].size, std::uint64_t(1500));
+    bool told = false;
+    QCOMPARE(spansOf(tiff.bytes().left(1500), told), (Spans{{1000, 500}}));
+    QVERIFY(told);
 }
 
 void tst_zeTiffLayout::notATiffHasNoLayout_data()
