@@ -270,6 +270,10 @@ void tst_QZETranslator::installedProgramFindsTheCataloguesBesideIt()
     QVERIFY(prefix.isValid());
     const QString bin = prefix.filePath(QStringLiteral("bin"));
     QVERIFY(copyFile(QStringLiteral(QZESPECTRUM_PATH), bin));
+    // The program finds its libraries where they are installed beside it.
+    const QString libraries = prefix.filePath(QStringLiteral(QTCOLOR_INSTALL_LIBDIR));
+    QVERIFY(QDir().mkpath(QFileInfo(libraries).path()));
+    QVERIFY(QFile::link(QStringLiteral(QTCOLOR_LIBRARY_DIR), libraries));
     const QString program = QDir(bin).filePath(QFileInfo(QStringLiteral(QZESPECTRUM_PATH)).fileName());
     const QProcessEnvironment german = localeEnvironment({QStringLiteral("LANG=de_DE.UTF-8")});
 
