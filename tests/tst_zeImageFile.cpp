@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -53,6 +54,9 @@ private slots:
     void readWithoutPixelsReadsOtherFormatsWhole();
     void readWithoutPixelsRefusesWhatReadRefuses();
     void zeroPagesReadAsZeros();
+    void zeroPagesReadAsZerosWhenReused();
+    void liveZeroPagesNeverShareMemory();
+    void readsOneAfterTheOtherEachSeeOnlyTheirOwnBytes();
 
 private:
     QString written(const char* format, const ImageFixtures::Tags& tags);
@@ -182,9 +186,73 @@ void tst_zeImageFile::zeroPagesReadAsZeros()
     const QByteArray view = pages.bytes();
     QCOMPARE(view.size(), 3 << 20);
     QCOMPARE(view.count('\0'), 3 << 20);
-    pages.data()[12345] = 'x';
+    *pages.writable(12345, 1) = 'x';
     QCOMPARE(view.at(12345), 'x');
     QVERIFY(zeZeroPages(0).bytes().isEmpty());
+}
+
+// Memory given back serves the thread's next object, cleared of what was
+// written; a larger request gets memory of its own, also all zeros.
+void tst_zeImageFile::zeroPagesReadAsZerosWhenReused()
+{
+    const char* first = nullptr;
+    {
+        zeZeroPages pages(3 << 20);
+        QVERIFY(pages.isValid());
+        first = pages.bytes().constData();
+        std::fill_n(pages.writable(0, 4096), 4096, 'a');
+        std::fill_n(pages.writable(1 << 20, 100000), 100000, 'b');
+        std::fill_n(pages.writable((3 << 20) - 7, 7), 7, 'c');
+    }
+    {
+        zeZeroPages smaller(2 << 20);
+        QVERIFY(smaller.isValid());
+        QCOMPARE(smaller.bytes().constData(), first);
+        QCOMPARE(smaller.bytes().count('\0'), 2 << 20);
+        std::fill_n(smaller.writable(5, 10), 10, 'd');
+    }
+    zeZeroPages larger(4 << 20);
+    QVERIFY(larger.isValid());
+    QCOMPARE(larger.bytes().count('\0'), 4 << 20);
+    zeZeroPages again(3 << 20);
+    QVERIFY(again.isValid());
+    QCOMPARE(again.bytes().count('\0'), 3 << 20);
+}
+
+void tst_zeImageFile::liveZeroPagesNeverShareMemory()
+{
+    { zeZeroPages given(1 << 20); }
+    zeZeroPages one(1 << 20);
+    zeZeroPages other(1 << 20);
+    QVERIFY(one.isValid() && other.isValid());
+    QVERIFY(one.bytes().constData() != other.bytes().constData());
+    *one.writable(0, 1) = 'x';
+    QCOMPARE(other.bytes().at(0), '\0');
+}
+
+// Each read leaves the pixels of the next file unread even where the file
+// before had its header and metadata.
+void tst_zeImageFile::readsOneAfterTheOtherEachSeeOnlyTheirOwnBytes()
+{
+    const QString jpeg = written("jpeg", {{"Exif.Image.Make", std::string(3000, 'm')}});
+    QVERIFY(!jpeg.isEmpty());
+    const QString tiff = _dir.filePath(QStringLiteral("other.tiff"));
+    QVERIFY(ImageFixtures::write(ImageFixtures::noise(320, 200, 12), tiff, "tiff"));
+    for (const QString& path : {jpeg, tiff, jpeg, tiff}) {
+        const QByteArray whole = ImageFixtures::readFile(path);
+        QByteArray sparse;
+        std::unique_ptr<zeZeroPages> memory;
+        std::string why;
+        QCOMPARE(zeImageFile::readWithoutPixels(path, 1 << 30, sparse, memory, why),
+                 zeImageFile::Read);
+        QVERIFY(memory);
+        QCOMPARE(sparse.size(), whole.size());
+        int foreign = 0;
+        for (int i = 0; i < whole.size(); ++i)
+            foreign += sparse.at(i) != whole.at(i) && sparse.at(i) != 0;
+        QCOMPARE(foreign, 0);
+        QCOMPARE(headerOf(sparse).size, headerOf(whole).size);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_zeImageFile)

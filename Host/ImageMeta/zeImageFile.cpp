@@ -36,7 +36,10 @@ zeImageFile::ReadResult openBounded(const QString& path, qint64 maxSize, QFile& 
     if (!why.empty())
         return zeImageFile::CannotRead;
     file.setFileName(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    // Unbuffered: whole reads go straight into their array, and the reads of
+    // a layout walk jump about the file, where a read-ahead buffer is refilled
+    // at every jump.
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         why = file.errorString().toStdString();
         return zeImageFile::CannotRead;
     }
@@ -54,11 +57,20 @@ const char* const ChangedWhileRead = "the file changed while it was read";
 // as in a whole read.
 constexpr qint64 SignatureBytes = 64;
 
-// Reads size bytes at offset into to; false with the reason when the file
-// gives fewer.
-bool readExactly(QFile& file, qint64 offset, qint64 size, char* to, std::string& why)
+// The start of the file is read once: JPEG headers and TIFF directories
+// usually lie within it, so that most layout walks cost a single read.
+constexpr qint64 HeadBytes = 64 * 1024;
+
+// Reads size bytes at offset into to, the part within head from head; false
+// with the reason when the file gives fewer.
+bool readExactly(QFile& file, const QByteArray& head, qint64 offset, qint64 size, char* to,
+                 std::string& why)
 {
-    if (file.seek(offset) && file.read(to, size) == size)
+    const qint64 fromHead = std::clamp<qint64>(head.size() - offset, 0, size);
+    std::copy_n(head.constData() + std::min<qint64>(offset, head.size()), fromHead, to);
+    if (fromHead == size
+        || (file.seek(offset + fromHead)
+            && file.read(to + fromHead, size - fromHead) == size - fromHead))
         return true;
     why = file.error() != QFileDevice::NoError ? file.errorString().toStdString()
                                                : std::string(ChangedWhileRead);
@@ -99,7 +111,13 @@ zeImageFile::ReadResult zeImageFile::readWithoutPixels(const QString& path, qint
     if (opened != Read)
         return opened;
     const qint64 size = file.size();
-    const auto readAt = [&file](std::uint64_t offset, std::uint64_t length) {
+    const QByteArray head = file.read(std::min(size, HeadBytes));
+    if (head.size() != std::min(size, HeadBytes))
+        return read(path, maxSize, bytes, why);
+    const auto readAt = [&file, &head](std::uint64_t offset, std::uint64_t length) {
+        const std::uint64_t inHead = std::uint64_t(head.size());
+        if (offset <= inHead && length <= inHead - offset)
+            return head.mid(int(offset), int(length));
         return file.seek(qint64(offset)) ? file.read(qint64(length)) : QByteArray();
     };
     std::vector<zeTiffLayout::Range> pixels;
@@ -116,7 +134,9 @@ zeImageFile::ReadResult zeImageFile::readWithoutPixels(const QString& path, qint
     for (const zeTiffLayout::Range& skipped : pixels) {
         const qint64 skipFrom = std::max(qint64(skipped.offset), std::min(size, SignatureBytes));
         const qint64 skipTo = std::max(skipFrom, qint64(skipped.offset + skipped.size));
-        if (skipFrom > at && !readExactly(file, at, skipFrom - at, pages->data() + at, why))
+        if (skipFrom > at
+            && !readExactly(file, head, at, skipFrom - at,
+                            pages->writable(std::size_t(at), std::size_t(skipFrom - at)), why))
             return CannotRead;
         at = std::max(at, skipTo);
     }

@@ -29,10 +29,11 @@ public:
 
     // Reads the file at path as read() does, except for the pixels of a
     // TIFF or JPEG file whose layout tells them apart from its header and
-    // metadata: those bytes read as zeros and cost neither a read nor a copy
-    // (the first 64 bytes, where readers look for signatures, are always
-    // read). bytes then views memory, which must outlive every use of
-    // bytes. Any other file is read whole into bytes and memory stays empty.
+    // metadata: those bytes read as zeros, are never copied, and beyond the
+    // file's first 64 KiB (read in one go) are not read either (the first 64
+    // bytes, where readers look for signatures, are always kept). bytes then
+    // views memory, which must outlive every use of bytes. Any other file is
+    // read whole into bytes and memory stays empty.
     static ReadResult readWithoutPixels(const QString& path, qint64 maxSize, QByteArray& bytes,
                                         std::unique_ptr<zeZeroPages>& memory, std::string& why);
 
