@@ -18,6 +18,7 @@ private slots:
     void guiUsageErrorsExitWithTwo_data();
     void guiUsageErrorsExitWithTwo();
     void guiWithoutADisplaySaysSoAndExitsWithTwo();
+    void guiWithoutItsProgramSaysWhyAndExitsWithTwo();
 
 private:
     struct Result
@@ -27,7 +28,8 @@ private:
         QString err;
     };
 
-    Result runTool(const QStringList& arguments, QProcessEnvironment environment = offscreen()) const;
+    Result runTool(const QStringList& arguments, QProcessEnvironment environment = offscreen(),
+                   const QString& program = QStringLiteral(ZEIMAGEMETA_PATH)) const;
     static QProcessEnvironment offscreen();
     QString path(const QString& name) const { return _dir.filePath(name); }
 
@@ -53,13 +55,14 @@ QProcessEnvironment tst_ImageMetaGui::offscreen()
 }
 
 tst_ImageMetaGui::Result tst_ImageMetaGui::runTool(const QStringList& arguments,
-                                                   QProcessEnvironment environment) const
+                                                   QProcessEnvironment environment,
+                                                   const QString& program) const
 {
     environment.insert(QStringLiteral("ZEIMAGEMETA_CLOSE_AT_ONCE"), QStringLiteral("1"));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(_dir.path());
-    process.start(QStringLiteral(ZEIMAGEMETA_PATH), arguments);
+    process.start(program, arguments);
     Result result;
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
         return result;
@@ -151,6 +154,34 @@ void tst_ImageMetaGui::guiWithoutADisplaySaysSoAndExitsWithTwo()
              qPrintable(result.err));
     QVERIFY2(result.err.contains(QStringLiteral("'zeimagemeta show FILE'")), qPrintable(result.err));
     QVERIFY2(!result.err.contains(QStringLiteral("Reinstalling")), qPrintable(result.err));
+}
+
+// zeimagemeta alone in the bin folder of an installation that lacks the
+// window-mode program names the program it could not start.
+void tst_ImageMetaGui::guiWithoutItsProgramSaysWhyAndExitsWithTwo()
+{
+    QTemporaryDir prefix;
+    QVERIFY(prefix.isValid());
+    const QFileInfo built(QStringLiteral(ZEIMAGEMETA_PATH));
+    const QString bin = prefix.filePath(QStringLiteral("bin"));
+    QVERIFY(QDir().mkpath(bin));
+    const QString program = QDir(bin).filePath(built.fileName());
+    QVERIFY(QFile::copy(built.filePath(), program));
+    const QString libraries = prefix.filePath(QStringLiteral(QTCOLOR_INSTALL_LIBDIR));
+    QVERIFY(QDir().mkpath(QFileInfo(libraries).path()));
+    QVERIFY(QFile::link(QStringLiteral(QTCOLOR_LIBRARY_DIR), libraries));
+    const QString missing = QDir::cleanPath(QDir(QFileInfo(bin).canonicalFilePath())
+                                                .filePath(built.dir().relativeFilePath(
+                                                    QStringLiteral(ZEIMAGEMETA_GUI_PATH))));
+
+    const Result result =
+        runTool({QStringLiteral("--gui"), QStringLiteral("camera.jpg")}, offscreen(), program);
+
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(result.out.isEmpty());
+    QCOMPARE(result.err, QStringLiteral("zeimagemeta: cannot start the window mode (%1): "
+                                        "No such file or directory\n")
+                             .arg(missing));
 }
 
 QTEST_GUILESS_MAIN(tst_ImageMetaGui)

@@ -7,6 +7,7 @@
 #include <zeRenderSettings.h>
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -35,6 +36,7 @@ private slots:
     void showPrintsPluginWarningsOnceBehindTheProgramsName();
     void showOfSeveralFilesHeadsEachReportAndSeparatesThem();
     void showOfSeveralFilesGoesOnPastAnUnreadableOneAndExitsOne();
+    void showLoadsNoWidgetLibraryOfThePackage();
     void stampWritesARecordTheLibraryReads();
     void stampCanCopyTheExifIntoXmp();
     void stampOnAFullDiskExitsWithTheSystemsReason();
@@ -49,7 +51,9 @@ private:
         QByteArray err;
     };
 
-    Result runTool(const QStringList& arguments) const;
+    Result runTool(const QStringList& arguments,
+                   const QProcessEnvironment& environment =
+                       QProcessEnvironment::systemEnvironment()) const;
     static QStringList stampOptions();
     QString path(const QString& name) const { return _dir.filePath(name); }
     static zeImageMetaData metaDataOf(const QString& file, bool withEXIF);
@@ -80,9 +84,11 @@ QStringList tst_zeimagemeta::stampOptions()
             QStringLiteral("--groups"), QStringLiteral("1")};
 }
 
-tst_zeimagemeta::Result tst_zeimagemeta::runTool(const QStringList& arguments) const
+tst_zeimagemeta::Result tst_zeimagemeta::runTool(const QStringList& arguments,
+                                                 const QProcessEnvironment& environment) const
 {
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.setWorkingDirectory(_dir.path());
     process.start(QStringLiteral(ZEIMAGEMETA_PATH), arguments);
     Result result;
@@ -305,6 +311,23 @@ void tst_zeimagemeta::showOfSeveralFilesGoesOnPastAnUnreadableOneAndExitsOne()
 
 // libpng warns about a colour profile chunk too short to hold a profile;
 // it reads the header all the same.
+// The window mode is a program of its own, so that the commands start
+// without loading the package's widget library and what it pulls in.
+void tst_zeimagemeta::showLoadsNoWidgetLibraryOfThePackage()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LD_DEBUG"), QStringLiteral("files"));
+    const Result result = runTool({QStringLiteral("show"), QStringLiteral("plain.png")}, environment);
+    QCOMPARE(result.exitCode, 0);
+    const QString loaded = QString::fromLocal8Bit(result.err);
+    QVERIFY2(loaded.contains(QRegularExpression(QStringLiteral("file=libQtColor6?Host\\.so"))),
+             qPrintable(loaded.left(2000)));
+    QVERIFY2(!loaded.contains(QRegularExpression(QStringLiteral("file=libQtColor6?\\.so"))),
+             qPrintable(loaded.left(2000)));
+    QVERIFY2(!loaded.contains(QRegularExpression(QStringLiteral("file=libQt[56]DBus"))),
+             qPrintable(loaded.left(2000)));
+}
+
 void tst_zeimagemeta::showPrintsPluginWarningsOnceBehindTheProgramsName()
 {
     const QByteArray png = ImageFixtures::blackGreyPng(4, 4);

@@ -253,6 +253,13 @@
     </message>
 </context>
 <context>
+    <name>GuiModeLauncher</name>
+    <message>
+        <source>cannot start the window mode (%1): %2</source>
+        <translation>Fenstermodus kann nicht gestartet werden (%1): %2</translation>
+    </message>
+</context>
+<context>
     <name>ImageMetaGui</name>
     <message>
         <source>Show the image information dialog for FILE.</source>

@@ -11,11 +11,8 @@
 #include <QTimer>
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
-
-const char* const GuiOption = "--gui";
 
 // Set by the tests: the dialog prints what it shows and closes as soon as
 // it is up, so the mode can run without anyone to click "Ok".
@@ -34,17 +31,6 @@ void printAndClose(zeTextureMetaDataGUII* dialog)
 }
 
 } // namespace
-
-bool ImageMetaGui::isRequested(int argc, char** argv)
-{
-    const std::size_t length = std::strlen(GuiOption);
-    for (int i = 1; i < argc; ++i) {
-        if (std::strncmp(argv[i], GuiOption, length) == 0
-            && (argv[i][length] == '\0' || argv[i][length] == '='))
-            return true;
-    }
-    return false;
-}
 
 // A display that can be named: QApplication opens it at once and aborts,
 // advising a reinstall, when there is none.

@@ -12,10 +12,6 @@ class ImageMetaGui
     Q_DECLARE_TR_FUNCTIONS(ImageMetaGui)
 
 public:
-    // Whether the command line asks for the window mode. Decided before any
-    // application object exists: this mode needs a display, the others none.
-    static bool isRequested(int argc, char** argv);
-
     // Creates the application and runs the mode.
     static int run(int argc, char** argv);
 

@@ -1,4 +1,4 @@
-#include "ImageMetaGui.h"
+#include "GuiModeLauncher.h"
 #include "ImageMetaTool.h"
 
 #include <QZETranslator.h>
@@ -7,8 +7,8 @@
 
 int main(int argc, char** argv)
 {
-    if (ImageMetaGui::isRequested(argc, argv))
-        return ImageMetaGui::run(argc, argv);
+    if (GuiModeLauncher::isRequested(argc, argv))
+        return GuiModeLauncher::exec(argv);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zeimagemeta"));
     // Before the tool exists: it writes its help texts when it is built.

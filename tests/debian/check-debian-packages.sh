@@ -7,7 +7,7 @@
 #
 # Usage: check-debian-packages.sh BUILD_DIR WORK_DIR
 # The rest comes from the environment, set by the CTest test: PACKAGE_NAME,
-# RUNTIME_PACKAGE, DEVELOPMENT_PACKAGE, VERSION, LIBDIR, QT_MAJOR, INCLUDE_DIR,
+# RUNTIME_PACKAGE, DEVELOPMENT_PACKAGE, VERSION, LIBDIR, LIBEXECDIR, QT_MAJOR, INCLUDE_DIR,
 # CMAKE_DIR, PKGCONFIG_DIR, DESIGNER_DIR, DATA_DIR, NAME_SUFFIX, PROGRAMS,
 # CMAKE, CPACK, CXX, CXX_FLAGS, LINKER_FLAGS, CONSUMER_SOURCE, CONSUMER_SCRIPT.
 set -euo pipefail
@@ -96,6 +96,10 @@ done
 for program in $PROGRAMS; do
     expect_file runtime "$usr/bin/$program$NAME_SUFFIX"
 done
+# zeimagemeta's window mode is a program of its own among the private ones.
+case " $PROGRAMS " in
+*" zeimagemeta "*) expect_file runtime "$usr/$LIBEXECDIR/$PACKAGE_NAME/zeimagemeta-gui" ;;
+esac
 expect_file runtime "$usr/$DESIGNER_DIR/libQtColorDesigner.so"
 expect_file runtime "$usr/$DATA_DIR/translations/QtColor_de.qm"
 expect_file runtime "$usr/$DATA_DIR/translations/QtColorApps_de.qm"
