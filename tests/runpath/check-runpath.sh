@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Checks the RUNPATH of every program and library under the given folders:
-# each entry must be relative to the file itself ($ORIGIN), so that the build
-# tree and an installation behave alike, and none may be empty, which makes
-# the loader search the current directory for libraries.
+# Checks the RUNPATH of every program and library given, or found under the
+# given folders: each entry must be relative to the file itself ($ORIGIN), so
+# that the build tree and an installation behave alike, and none may be empty,
+# which makes the loader search the current directory for libraries.
 set -euo pipefail
 
 if [ $# -eq 0 ]; then
-    echo "usage: $0 FOLDER..." >&2
+    echo "usage: $0 FILE_OR_FOLDER..." >&2
     exit 2
 fi
 
@@ -30,6 +30,9 @@ while IFS= read -r -d '' file; do
         fi
     done
 done < <(find "$@" -type f -print0)
+for given in "$@"; do
+    [ -e "$given" ] || { echo "FAIL: $given does not exist" >&2; failures=$((failures + 1)); }
+done
 
 if [ "$checked" -eq 0 ]; then
     echo "FAIL: no programs or libraries under $*" >&2

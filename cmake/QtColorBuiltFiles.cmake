@@ -1,0 +1,20 @@
+# qtcolor_built_files(<dir> <out>): the files of every program and library
+# that a plain build makes in <dir> and the folders below it, as generator
+# expressions; for checks over what the build produced and nothing older.
+function(qtcolor_built_files dir out)
+  set(files)
+  get_property(targets DIRECTORY ${dir} PROPERTY BUILDSYSTEM_TARGETS)
+  foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    get_target_property(excluded ${target} EXCLUDE_FROM_ALL)
+    if(type MATCHES "^(EXECUTABLE|SHARED_LIBRARY|MODULE_LIBRARY)$" AND NOT excluded)
+      list(APPEND files $<TARGET_FILE:${target}>)
+    endif()
+  endforeach()
+  get_property(subdirectories DIRECTORY ${dir} PROPERTY SUBDIRECTORIES)
+  foreach(subdirectory IN LISTS subdirectories)
+    qtcolor_built_files(${subdirectory} below)
+    list(APPEND files ${below})
+  endforeach()
+  set(${out} ${files} PARENT_SCOPE)
+endfunction()
